@@ -1,0 +1,31 @@
+# Options, warnings and instrumentation. `lumadot_settings(target)` applies them to one of our own targets.
+
+option(LUMADOT_TESTS "Build the tests" ON)
+option(LUMADOT_WERROR "Treat compiler warnings as errors" OFF)
+option(LUMADOT_SANITIZE "Build with the address and undefined-behaviour sanitizers" OFF)
+option(LUMADOT_COVERAGE "Build with coverage counters" OFF)
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+
+if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
+  set(CMAKE_BUILD_TYPE RelWithDebInfo)
+endif()
+
+if(LUMADOT_SANITIZE)
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+endif()
+if(LUMADOT_COVERAGE)
+  add_compile_options(--coverage -fprofile-update=atomic)
+  add_link_options(--coverage)
+endif()
+
+function(lumadot_settings target)
+  target_include_directories(${target} PUBLIC ${PROJECT_SOURCE_DIR})
+  if(NOT MSVC)
+    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow
+                                             $<$<BOOL:${LUMADOT_WERROR}>:-Werror>)
+  endif()
+endfunction()

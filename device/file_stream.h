@@ -1,0 +1,36 @@
+#ifndef LUMADOT_DEVICE_FILE_STREAM_H
+#define LUMADOT_DEVICE_FILE_STREAM_H
+
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+
+/// The C library's byte streams, owned.
+namespace file {
+
+struct Closer {
+    void operator()(std::FILE* stream) const { std::fclose(stream); }
+};
+using Stream = std::unique_ptr<std::FILE, Closer>;
+
+/// Opens `path` as `fopen` does; null when it cannot be opened.
+inline Stream open(const char* path, const char* mode) {
+    std::error_code ignored;
+    // A named pipe would keep the window waiting for its other end.
+    if (std::filesystem::is_fifo(path, ignored)) {
+        return nullptr;
+    }
+    return Stream(std::fopen(path, mode));
+}
+
+/// The stream's length in bytes, negative when it has none; the stream is rewound.
+inline long length(std::FILE* stream) {
+    std::fseek(stream, 0, SEEK_END);
+    const long bytes = std::ftell(stream);
+    std::rewind(stream);
+    return bytes;
+}
+
+}  // namespace file
+
+#endif

@@ -1,0 +1,60 @@
+#include "device/settings_record.h"
+
+#include <cstring>
+
+// NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): bytes 10..18 are meant to stay as they
+// are.
+configDescriptor::configDescriptor()
+    : inputMode(0),
+      paletteIndex(0),
+      deviceParam2(15),
+      deviceParam3(10),
+      deviceParam4(15),
+      deviceParam5(12),
+      deviceParam6(15),
+      deviceParam7(0),
+      deviceParam8(15),
+      deviceParam9(15),
+      deviceParam19(0),
+      deviceParam20(1),
+      enhancer(1),
+      brightness(30) {}
+
+namespace settings {
+
+namespace {
+
+// Offsets in a settings reply.
+constexpr std::size_t LayoutMark = 4;
+constexpr std::size_t VersionText = 4;
+constexpr std::size_t Record = 10;
+
+constexpr std::uint8_t NewerLayout = 'V';
+
+}  // namespace
+
+std::array<std::uint8_t, RecordSize> bytesOf(const configDescriptor& record) {
+    std::array<std::uint8_t, RecordSize> bytes{};
+    std::memcpy(bytes.data(), &record, RecordSize);
+    return bytes;
+}
+
+configDescriptor fromBytes(std::span<const std::uint8_t, RecordSize> bytes) {
+    configDescriptor record;
+    std::memcpy(&record, bytes.data(), RecordSize);
+    return record;
+}
+
+void applyReply(const Reply& reply, configDescriptor& record, char* version) {
+    if (reply[LayoutMark] == NewerLayout) {
+        std::memcpy(version, &reply[VersionText], VersionLength);
+        record = fromBytes(std::span(reply).subspan<Record, RecordSize>());
+    } else {
+        record.inputMode = reply[0];
+        record.brightness = reply[1];
+        record.enhancer = reply[2];
+        record.paletteIndex = reply[3];
+    }
+}
+
+}  // namespace settings

@@ -1,0 +1,78 @@
+#ifndef LUMADOT_DEVICE_SETTINGS_RECORD_H
+#define LUMADOT_DEVICE_SETTINGS_RECORD_H
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <type_traits>
+
+/// The controller's settings record: 23 bytes without padding. The same byte sequence lies in
+/// memory, in the frame that writes the settings, in the settings reply and in a settings file.
+///
+/// `deviceParam2` .. `deviceParam20` mean something to the controller only; the tool carries them
+/// unchanged.
+struct configDescriptor {
+    /// Sets bytes 0..9 and 19..22 to the factory settings. Bytes 10..18 are left alone on purpose:
+    /// they are zero in the global `config`, and undefined in a record on the stack.
+    configDescriptor();
+
+    std::uint8_t inputMode;      ///< byte 0: number of an InputMode, 0..15
+    std::uint8_t paletteIndex;   ///< byte 1: palette preset, 0..8
+    std::uint8_t deviceParam2;   ///< byte 2
+    std::uint8_t deviceParam3;   ///< byte 3
+    std::uint8_t deviceParam4;   ///< byte 4
+    std::uint8_t deviceParam5;   ///< byte 5
+    std::uint8_t deviceParam6;   ///< byte 6
+    std::uint8_t deviceParam7;   ///< byte 7
+    std::uint8_t deviceParam8;   ///< byte 8
+    std::uint8_t deviceParam9;   ///< byte 9
+    std::uint8_t deviceParam10;  ///< byte 10
+    std::uint8_t deviceParam11;  ///< byte 11
+    std::uint8_t deviceParam12;  ///< byte 12
+    std::uint8_t deviceParam13;  ///< byte 13
+    std::uint8_t deviceParam14;  ///< byte 14
+    std::uint8_t deviceParam15;  ///< byte 15
+    std::uint8_t deviceParam16;  ///< byte 16
+    std::uint8_t deviceParam17;  ///< byte 17
+    std::uint8_t deviceParam18;  ///< byte 18
+    std::uint8_t deviceParam19;  ///< byte 19
+    std::uint8_t deviceParam20;  ///< byte 20
+    std::uint8_t enhancer;       ///< byte 21: "Signal Enhancer", 0 off, 1 on
+    std::uint8_t brightness;     ///< byte 22: 10..255 from the slider; a controller may send less
+};
+
+static_assert(sizeof(configDescriptor) == 23);
+static_assert(std::is_trivially_copyable_v<configDescriptor>);
+
+/// The record's bytes, and the settings reply that carries them.
+namespace settings {
+
+inline constexpr std::size_t RecordSize = sizeof(configDescriptor);
+
+/// Length of the read that fetches the settings reply, in bytes.
+inline constexpr int ReplyLength = 63;
+
+/// Characters of a firmware version text, as sent; the text has no terminating zero of its own.
+inline constexpr std::size_t VersionLength = 6;
+
+/// Buffer of a settings reply, zero-filled before the read.
+using Reply = std::array<std::uint8_t, 64>;
+
+std::array<std::uint8_t, RecordSize> bytesOf(const configDescriptor& record);
+configDescriptor fromBytes(std::span<const std::uint8_t, RecordSize> bytes);
+
+/// Takes over what a settings reply holds. Two layouts exist, told apart by byte 4:
+///
+///   newer (byte 4 is 'V')   bytes 4..9    version text -> `version` bytes 0..5
+///                           bytes 10..32  the record   -> `record` bytes 0..22
+///   older (anything else)   byte 0 -> inputMode, 1 -> brightness, 2 -> enhancer,
+///                           3 -> paletteIndex; everything else stays as it was
+///
+/// `version` has room for at least 6 characters. Bytes that did not arrive are the reply buffer's
+/// zeros and are copied like data.
+void applyReply(const Reply& reply, configDescriptor& record, char* version);
+
+}  // namespace settings
+
+#endif

@@ -1,0 +1,46 @@
+# What `cmake --install` puts where, and the packages. The simulated bus stays in the build tree: an
+# installed library with libusb's name could get in front of the real one.
+
+install(TARGETS lumadot-tool RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(FILES LICENSE CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+
+if(UNIX AND NOT APPLE)
+  set(LUMADOT_LINUX_FILES ${PROJECT_SOURCE_DIR}/packaging/linux)
+  install(FILES ${LUMADOT_LINUX_FILES}/lumadot-tool.desktop
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
+  install(FILES ${LUMADOT_LINUX_FILES}/io.github.lumadot.lumadot_tool.metainfo.xml
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
+  install(FILES ${LUMADOT_LINUX_FILES}/lumadot-tool.svg
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps)
+  install(FILES ${LUMADOT_LINUX_FILES}/lumadot-tool.1
+    DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+  # udev's own folder: "lib" on every architecture, never lib/<triplet>.
+  install(FILES ${LUMADOT_LINUX_FILES}/65-lumadot.rules DESTINATION lib/udev/rules.d)
+endif()
+
+set(CPACK_GENERATOR DEB TGZ)
+set(CPACK_PACKAGE_NAME ${PROJECT_NAME})
+set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
+set(CPACK_PACKAGE_VENDOR "The LUMADOT Tool developers")
+set(CPACK_PACKAGE_CONTACT "The LUMADOT Tool developers")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "Configure the LUMADOT colour display controller")
+set(CPACK_PACKAGE_DESCRIPTION
+  "A window for the settings, palettes and files of the LUMADOT display\ncontrollers for pinball machines.")
+set(CPACK_RESOURCE_FILE_LICENSE ${PROJECT_SOURCE_DIR}/LICENSE)
+set(CPACK_STRIP_FILES ON)  # Packages only: the build tree keeps its symbols.
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SECTION utils)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+
+# A rule is read when a device appears; a controller that is plugged in already is asked again.
+file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/debian/postinst @ONLY CONTENT [=[#!/bin/sh
+set -e
+if [ "$1" = configure ] && command -v udevadm >/dev/null; then
+    udevadm control --reload || true
+    udevadm trigger --subsystem-match=usb --attr-match=idVendor=0314 || true
+fi
+]=])
+set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA ${PROJECT_BINARY_DIR}/debian/postinst)
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+
+include(CPack)

@@ -1,0 +1,58 @@
+# shellcheck shell=bash
+# A user's session with the tool on the simulated bus: real keys, and waiting for what they cause.
+# To be sourced. The caller sets LOG (the bus log) and is on a display with a window manager.
+
+# start_tool PROGRAM BUS_FOLDER [ARGUMENT...]
+# Starts the program with the simulated bus in place of libusb and waits for its window.
+start_tool() {
+    local program=$1 bus=$2
+    shift 2
+    rm -f "$LOG"
+    LD_LIBRARY_PATH="$bus" LUMADOT_SIM_BOARD="${LUMADOT_SIM_BOARD:-standard}" \
+        LUMADOT_SIM_LOG="$LOG" "$program" "$@" &
+    TOOL=$!
+    wait_until "the window is there" window_is_there
+    xdotool windowactivate --sync "$WINDOW"
+}
+
+window_is_there() {
+    WINDOW=$(xdotool search --onlyvisible --name '^LUMADOT Spectra$' 2>/dev/null | head -n 1)
+    [[ -n $WINDOW ]]
+}
+
+# wait_until WHAT CONDITION...
+# Polls until the condition holds; fails after 30 seconds.
+wait_until() {
+    local what=$1 deadline=$((SECONDS + 30))
+    shift
+    until "$@"; do
+        if ((SECONDS >= deadline)); then
+            echo "error: waited 30 s until $what" >&2
+            return 1
+        fi
+        sleep 0.02
+    done
+}
+
+press() { xdotool key --clearmodifiers "$@"; }
+
+sent() { grep -Eq "$1" "$LOG"; }
+
+# expect_frame WHAT BYTES
+# Waits until a frame that starts with 81 C3 E7 FF and these bytes has gone to the controller.
+expect_frame() { wait_until "$1 is sent" sent "0x01.*81 C3 E7 FF $2"; }
+
+# Chooses the item at POSITION (1, 2, ...) of the menu "Device" with the keyboard.
+choose_device_item() {
+    local downs=()
+    for ((i = 0; i < $1; i++)); do
+        downs+=(Down)
+    done
+    press F10 Right "${downs[@]}" Return
+}
+
+# Closes the window as a user does, and returns the tool's exit code.
+close_tool() {
+    press alt+F4
+    wait "$TOOL"
+}

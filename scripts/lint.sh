@@ -1,0 +1,46 @@
+#!/usr/bin/env bash
+# Formatting and static analysis of everything in the repository; all checks run, then it fails if
+# one of them did.
+set -euo pipefail
+
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+# shellcheck source=scripts/lib/packages.sh
+. scripts/lib/packages.sh
+
+# files PATTERN... : tracked and new files, ended by zero bytes.
+files() {
+    git ls-files -z --cached --others --exclude-standard -- "$@"
+}
+
+check_format() {
+    files '*.cpp' '*.h' | xargs -0 -r clang-format --dry-run -Werror
+}
+
+# clang-tidy reads the compiler flags from the build folder; nothing needs to be built for it.
+check_clang_tidy() {
+    cmake --preset dev >/dev/null &&
+        files 'app/*.cpp' 'device/*.cpp' 'ui/*.cpp' 'simulator/*.cpp' 'tests/*.cpp' |
+        xargs -0 -r -n 1 -P 2 clang-tidy -p build/dev --quiet
+}
+
+check_cppcheck() {
+    cppcheck --quiet --std=c++20 --language=c++ --library=wxwidgets -I . \
+        --enable=warning,performance,portability --inline-suppr --error-exitcode=1 \
+        app device ui simulator
+}
+
+check_shell() {
+    files '*.sh' '.ci/run' | xargs -0 -r shellcheck -x
+}
+
+need_packages "${BUILD_PACKAGES[@]}" "${TEST_PACKAGES[@]}" "${LINT_PACKAGES[@]}"
+
+failed=()
+for check in format clang_tidy cppcheck shell; do
+    echo "== $check"
+    "check_$check" || failed+=("$check")
+done
+if ((${#failed[@]} > 0)); then
+    echo "lint failed: ${failed[*]}" >&2
+    exit 1
+fi

@@ -1,0 +1,43 @@
+#!/usr/bin/env bash
+# Builds the tool and starts it. With a controller on the bus it uses that; with none it starts on the
+# simulated bus. Without a display it plays a short session on a private one instead.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+# shellcheck source=scripts/lib/packages.sh
+source scripts/lib/packages.sh
+
+build=build/release
+
+has_display() {
+  [[ -n ${WAYLAND_DISPLAY:-} ]] && return 0
+  [[ -n ${DISPLAY:-} ]] && { ! command -v xprop >/dev/null || xprop -root >/dev/null 2>&1; }
+}
+
+has_controller() {
+  local device
+  for device in /sys/bus/usb/devices/*; do
+    if [[ $(cat "$device/idVendor" "$device/idProduct" 2>/dev/null) == $'0314\ne457' ]]; then
+      return 0
+    fi
+  done
+  return 1
+}
+
+need_packages "${BUILD_PACKAGES[@]}"
+cmake --preset release -DLUMADOT_TESTS=OFF >build.log 2>&1 || { cat build.log; exit 1; }
+rm build.log
+echo "Building $build/lumadot-tool"
+cmake --build --preset release --target lumadot-tool usb_standin
+
+if ! has_display; then
+  need_packages "${RUN_PACKAGES[@]}"
+  exec scripts/on_display.sh scripts/demo.sh "$build"
+fi
+if has_controller; then
+  exec "$build/lumadot-tool"
+fi
+echo "No controller on the bus: the tool runs on a simulated one (its storage: build/demo/store)."
+mkdir -p build/demo
+LD_LIBRARY_PATH="$PWD/$build/simulated_bus" LUMADOT_SIM_BOARD=standard LUMADOT_SIM_TIME=real \
+  LUMADOT_SIM_STORE="$PWD/build/demo/store" LUMADOT_SIM_LOG="$PWD/build/demo/usb-log.txt" \
+  LUMADOT_SIM_FRAME_MS=16 exec "$build/lumadot-tool"

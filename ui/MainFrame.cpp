@@ -1,0 +1,370 @@
+#include "ui/MainFrame.h"
+
+#include <wx/aboutdlg.h>
+#include <wx/colordlg.h>
+#include <wx/dirdlg.h>
+#include <wx/filedlg.h>
+#include <wx/msgdlg.h>
+#include <wx/textdlg.h>
+#include <wx/utils.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string_view>
+#include <utility>
+
+#include "device/command_frame.h"
+#include "device/file_stream.h"
+#include "device/interfaceUSB.h"
+#include "ui/palette.h"
+#include "ui/palette_file.h"
+
+namespace {
+
+/// The command's code, as `sendConfigCmd` takes it.
+constexpr char codeOf(Command command) { return static_cast<char>(command); }
+
+/// Boards whose unique id starts with one of these letters drive the 192 x 64 display.
+bool isLargeBoard() { return std::string_view("XSG").find(UIDString[0]) != std::string_view::npos; }
+
+/// What happened to the window while a capture was running further down the call stack.
+struct {
+    bool running = false;
+    bool closeAsked = false;
+    std::optional<wxString> nextFolder;
+} captures;
+
+constexpr const char* ConfigFiles = "Config files (lumadot.dat)|lumadot.dat";
+constexpr const char* PaletteFiles = "Palette files (*.pal)|*.pal";
+
+constexpr unsigned long StorePause = 1000;    // ms from writing the settings to storing them
+constexpr unsigned long RestartPause = 3000;  // ms that the controller may take to come back
+
+/// A text in the encoding of the user's locale, as the C library wants it.
+wxCharBuffer narrow(const wxString& text) { return text.mb_str(wxConvLibc); }
+
+/// The first bytes of a file.
+struct FileHead {
+    std::unique_ptr<std::uint8_t[]> bytes;
+    std::size_t size;
+};
+
+/// Reads no more than `limit` bytes, however long the file is.
+FileHead readHead(std::FILE* stream, std::size_t limit) {
+    const long length = std::max(file::length(stream), 0L);
+    const std::size_t wanted = std::min(static_cast<std::size_t>(length), limit);
+    FileHead head{std::make_unique<std::uint8_t[]>(wanted), 0};
+    head.size = std::fread(head.bytes.get(), 1, wanted, stream);
+    return head;
+}
+
+}  // namespace
+
+MainFrame::MainFrame(wxWindow* parent) : MainFrameBaseClass(parent) {
+    Bind(wxEVT_CLOSE_WINDOW, &MainFrame::onClose, this);
+    config = usb.getSettings(config, versionString);
+    usb.getUniqueId(UIDString);
+    setConfig(config);
+}
+
+void MainFrame::setConfig(configDescriptor /*settings*/) {
+    brightness_Slider->SetValue(config.brightness);
+    enhancer_CheckBox->SetValue(config.enhancer != 0);
+    set_pal->SetSelection(config.paletteIndex);
+    switchPalette(config.paletteIndex);
+    showBoardVariant();
+    // Mode 0 checks nothing, on purpose: the button that was checked stays checked.
+    if (config.inputMode != 0 && config.inputMode < modeButtons.size()) {
+        (this->*modeButtons[config.inputMode])->SetValue(true);
+    }
+    Refresh();
+}
+
+/// The large board has two modes only; its first platform has a caption of its own.
+void MainFrame::showBoardVariant() {
+    constexpr std::size_t FirstPlatform = 2;
+    const bool large = isLargeBoard();
+    wpc_Label->SetLabel(large ? _("Sega192x64") : _("Bally/Williams"));
+    for (std::size_t mode = FirstPlatform; mode < modeButtons.size(); ++mode) {
+        (this->*modeButtons[mode])->Show(!large);
+    }
+    Layout();  // Otherwise the gaps would close at the next resize only.
+}
+
+void MainFrame::switchPalette(unsigned char index) {
+    if (index < presets::Count) {
+        palette = presets::colours(index);
+    }
+    setPal(palette.data());
+}
+
+void MainFrame::setPal(unsigned char* pal) {
+    for (std::size_t i = 0; i < PaletteEntries; ++i) {
+        const unsigned char* const entry = pal + 3 * i;
+        (this->*colourButtons[i])->SetBackgroundColour(wxColour(entry[0], entry[1], entry[2]));
+    }
+}
+
+void MainFrame::showShades(ShadeSet shades) {
+    for (std::size_t i = 0; i < PaletteEntries; ++i) {
+        (this->*colourButtons[i])->Show(isShown(shades, i));
+    }
+    Layout();  // Otherwise the gaps would close at the next resize only.
+}
+
+void setColour(wxWindow* parent, wxButton* button, int index) {
+    wxColour colour = button->GetBackgroundColour();
+    wxColourData data;
+    data.SetColour(colour);
+    wxColourDialog dialog(parent, &data);
+    if (dialog.ShowModal() == wxID_OK) {
+        colour = dialog.GetColourData().GetColour();
+    }
+    button->SetBackgroundColour(colour);
+    unsigned char* const entry = palette.data() + 3 * static_cast<std::ptrdiff_t>(index);
+    entry[0] = colour.Red();
+    entry[1] = colour.Green();
+    entry[2] = colour.Blue();
+    usb.sendPal(palette.data());
+}
+
+void MainFrame::OnLoad_configMenuSelected(wxCommandEvent&) {
+    wxFileDialog dialog(this, _("Open Config file"), "", "", ConfigFiles,
+                        wxFD_OPEN | wxFD_FILE_MUST_EXIST);
+    if (dialog.ShowModal() == wxID_CANCEL) {
+        return;
+    }
+    file::Stream stream = file::open(narrow(dialog.GetPath()), "rb");
+    if (!stream) {
+        wxMessageBox("File Error");
+        return;
+    }
+    // One byte more than a record is enough to tell that a file is too long.
+    FileHead head = readHead(stream.get(), settings::RecordSize + 1);
+    if (head.size != settings::RecordSize) {
+        wxMessageBox("File Error");
+        static_cast<void>(head.bytes.release());  // The buffer stays allocated and the file open,
+        static_cast<void>(stream.release());      // on purpose.
+        return;
+    }
+    config = settings::fromBytes(std::span<const std::uint8_t, settings::RecordSize>(
+        head.bytes.get(), settings::RecordSize));
+    setConfig(config);
+}
+
+/// Says nothing, neither of success nor of failure: unlike the saving of a palette, on purpose.
+void MainFrame::OnSave_configMenuSelected(wxCommandEvent&) {
+    wxFileDialog dialog(this, _("Save Config file"), "", "", ConfigFiles,
+                        wxFD_SAVE | wxFD_OVERWRITE_PROMPT);
+    dialog.SetFilename("lumadot.dat");
+    if (dialog.ShowModal() == wxID_CANCEL) {
+        return;
+    }
+    if (const file::Stream stream = file::open(narrow(dialog.GetPath()), "wb")) {
+        const auto bytes = settings::bytesOf(config);
+        std::fwrite(bytes.data(), 1, bytes.size(), stream.get());
+    }
+}
+
+void MainFrame::OnLoad_paletteMenuSelected(wxCommandEvent&) {
+    wxFileDialog dialog(this, _("Open PAL file"), "", "", PaletteFiles,
+                        wxFD_OPEN | wxFD_FILE_MUST_EXIST);
+    if (dialog.ShowModal() == wxID_CANCEL) {
+        return;
+    }
+    const file::Stream stream = file::open(narrow(dialog.GetPath()), "rb");
+    if (!stream) {
+        wxMessageBox("File Error");
+        return;
+    }
+    const FileHead head = readHead(stream.get(), palette_file::Size);
+    if (const auto colours = palette_file::decode({head.bytes.get(), head.size})) {
+        palette = *colours;
+    }
+    setPal(palette.data());
+}
+
+void MainFrame::OnSave_paletteMenuSelected(wxCommandEvent&) {
+    wxFileDialog dialog(this, _("Save PAL file"), "", "", PaletteFiles,
+                        wxFD_SAVE | wxFD_OVERWRITE_PROMPT);
+    dialog.SetFilename("lumadot.pal");
+    if (dialog.ShowModal() == wxID_CANCEL) {
+        return;
+    }
+    const file::Stream stream = file::open(narrow(dialog.GetPath()), "wb");
+    auto bytes = std::make_unique<palette_file::Bytes>(palette_file::encode(palette));
+    if (!stream) {
+        wxMessageBox("File Error");
+        static_cast<void>(bytes.release());  // Stays allocated on purpose.
+        return;
+    }
+    std::fwrite(bytes->data(), 1, bytes->size(), stream.get());
+}
+
+void MainFrame::OnLoad_DeviceMenuSelected(wxCommandEvent&) {
+    config = usb.getSettings(config, versionString);
+    usb.getUniqueId(UIDString);
+    wxMessageBox(wxString::Format("Firmware Version: %s\nUnique ID: %s", versionString, UIDString),
+                 "Configuration Loaded", wxOK | wxCENTRE);
+    setConfig(config);  // After the box has been closed, on purpose.
+}
+
+void MainFrame::OnSave_DeviceMenuSelected(wxCommandEvent&) {
+    usb.sendConfig(config);
+    wxMilliSleep(StorePause);
+    usb.sendConfigCmd(codeOf(Command::Store), 0);
+}
+
+void MainFrame::OnPalette_DeviceMenuSelected(wxCommandEvent&) {
+    usb.sendConfigCmd(codeOf(Command::SelectPreset), 0);
+    usb.sendPal(palette.data());
+    usb.sendConfigCmd(codeOf(Command::StorePalette), 0);
+}
+
+void MainFrame::OnUpload_DeviceMenuSelected(wxCommandEvent&) {
+    wxFileDialog files(this, _("Upload File"), "", "", "All files (*.*)|*.*",
+                       wxFD_OPEN | wxFD_FILE_MUST_EXIST);
+    if (files.ShowModal() == wxID_CANCEL) {
+        return;
+    }
+    wxTextEntryDialog names(this, "Destination Filename", "Upload File", "",
+                            wxOK | wxCANCEL | wxCENTRE);
+    names.SetValue(files.GetFilename());
+    if (names.ShowModal() == wxID_CANCEL) {
+        return;
+    }
+    usb.uploadFile(narrow(files.GetPath()), narrow(names.GetValue()));
+}
+
+void MainFrame::OnReset_DeviceMenuSelected(wxCommandEvent&) {
+    usb.sendConfigCmd(codeOf(Command::Reset), 0);
+    wxMilliSleep(RestartPause);
+    config = usb.getSettings(config, versionString);
+    setConfig(config);
+}
+
+void MainFrame::OnExit(wxCommandEvent&) { Close(); }
+
+void MainFrame::OnAbout(wxCommandEvent&) {
+    wxAboutDialogInfo info;
+    info.SetName("LUMADOT Tool");
+    info.SetVersion("V4.02");
+    info.SetDescription(__TIME__);
+    info.SetCopyright(__DATE__);
+    wxAboutBox(info);
+}
+
+/// Shows the mode's shades, remembers the mode and switches the controller to it at once.
+void MainFrame::selectInputMode(InputMode mode) {
+    const InputModeInfo& info = inputMode(mode);
+    showShades(info.shades);
+    config.inputMode = info.number;
+    usb.sendConfigCmd(codeOf(Command::SelectMode), static_cast<char>(config.inputMode));
+}
+
+void MainFrame::OnSet_PinMame(wxCommandEvent&) { selectInputMode(InputMode::PinMame); }
+void MainFrame::OnSet_WPC(wxCommandEvent&) { selectInputMode(InputMode::WPC); }
+void MainFrame::OnSet_Stern(wxCommandEvent&) { selectInputMode(InputMode::Stern); }
+void MainFrame::OnSet_WhiteStar(wxCommandEvent&) { selectInputMode(InputMode::WhiteStar); }
+void MainFrame::OnSet_Spike(wxCommandEvent&) { selectInputMode(InputMode::Spike); }
+void MainFrame::OnSet_DataEast(wxCommandEvent&) { selectInputMode(InputMode::DataEast); }
+void MainFrame::OnSet_Gottlieb1(wxCommandEvent&) { selectInputMode(InputMode::Gottlieb1); }
+void MainFrame::OnSet_Gottlieb2(wxCommandEvent&) { selectInputMode(InputMode::Gottlieb2); }
+void MainFrame::OnSet_Gottlieb3(wxCommandEvent&) { selectInputMode(InputMode::Gottlieb3); }
+void MainFrame::OnSet_Capcom(wxCommandEvent&) { selectInputMode(InputMode::Capcom); }
+void MainFrame::OnSet_AlvinG(wxCommandEvent&) { selectInputMode(InputMode::AlvinG); }
+void MainFrame::OnSet_Spooky(wxCommandEvent&) { selectInputMode(InputMode::Spooky); }
+void MainFrame::OnSet_DE128x16(wxCommandEvent&) { selectInputMode(InputMode::DE128x16); }
+void MainFrame::OnSet_Inder(wxCommandEvent&) { selectInputMode(InputMode::Inder); }
+void MainFrame::OnSet_Sleic(wxCommandEvent&) { selectInputMode(InputMode::Sleic); }
+void MainFrame::OnSet_HomePin(wxCommandEvent&) { selectInputMode(InputMode::HomePin); }
+
+/// The record's byte only: the controller hears of it when the settings are saved.
+void MainFrame::enhancer_CheckBox_Clicked(wxCommandEvent& event) {
+    config.enhancer = event.IsChecked() ? 1 : 0;
+}
+
+void MainFrame::dump_CheckBox_Clicked(wxCommandEvent& event) {
+    if (!event.IsChecked()) {
+        dump_running = false;
+        captures.nextFolder.reset();
+        return;
+    }
+    config = usb.getSettings(config, versionString);
+    setConfig(config);
+    wxDirDialog dialog(nullptr, "Choose dump directory", "",
+                       wxDD_DEFAULT_STYLE | wxDD_DIR_MUST_EXIST);
+    if (dialog.ShowModal() == wxID_CANCEL) {
+        dump_CheckBox->SetValue(false);
+        return;
+    }
+    capture(dialog.GetPath());
+}
+
+/// Captures into `folder` until the box is unticked, and goes on with the next folder if the box
+/// was ticked again before the capture had come to its end: inside its own event handling it could
+/// neither be left nor be heard.
+void MainFrame::capture(const wxString& folder) {
+    captures.nextFolder = folder;
+    if (captures.running) {
+        dump_running = false;
+        return;
+    }
+    captures.running = true;
+    while (captures.nextFolder) {
+        const wxString current = *std::exchange(captures.nextFolder, std::nullopt);
+        dump_running = true;
+        usb.receiveDump(config.inputMode, current);
+    }
+    captures.running = false;
+    if (captures.closeAsked) {
+        captures.closeAsked = false;
+        Close();
+    }
+}
+
+/// A capture runs inside a handler of this window, which must outlive it.
+void MainFrame::onClose(wxCloseEvent& event) {
+    if (!captures.running) {
+        event.Skip();
+        return;
+    }
+    dump_running = false;
+    captures.nextFolder.reset();
+    captures.closeAsked = true;
+    if (event.CanVeto()) {
+        event.Veto();
+    }
+}
+
+void MainFrame::OnSet_palChoiceSelected(wxCommandEvent&) {
+    const int selection = set_pal->GetSelection();
+    config.paletteIndex = static_cast<std::uint8_t>(selection);
+    switchPalette(config.paletteIndex);
+    usb.sendConfigCmd(codeOf(Command::SelectPreset), static_cast<char>(selection));
+}
+
+void MainFrame::OnSet_col0ButtonClicked(wxCommandEvent&) { setColour(this, set_col0, 0); }
+void MainFrame::OnSet_col1ButtonClicked(wxCommandEvent&) { setColour(this, set_col1, 1); }
+void MainFrame::OnSet_col2ButtonClicked(wxCommandEvent&) { setColour(this, set_col2, 2); }
+void MainFrame::OnSet_col3ButtonClicked(wxCommandEvent&) { setColour(this, set_col3, 3); }
+void MainFrame::OnSet_col4ButtonClicked(wxCommandEvent&) { setColour(this, set_col4, 4); }
+void MainFrame::OnSet_col5ButtonClicked(wxCommandEvent&) { setColour(this, set_col5, 5); }
+void MainFrame::OnSet_col6ButtonClicked(wxCommandEvent&) { setColour(this, set_col6, 6); }
+void MainFrame::OnSet_col7ButtonClicked(wxCommandEvent&) { setColour(this, set_col7, 7); }
+void MainFrame::OnSet_col8ButtonClicked(wxCommandEvent&) { setColour(this, set_col8, 8); }
+void MainFrame::OnSet_col9ButtonClicked(wxCommandEvent&) { setColour(this, set_col9, 9); }
+void MainFrame::OnSet_col10ButtonClicked(wxCommandEvent&) { setColour(this, set_col10, 10); }
+void MainFrame::OnSet_col11ButtonClicked(wxCommandEvent&) { setColour(this, set_col11, 11); }
+void MainFrame::OnSet_col12ButtonClicked(wxCommandEvent&) { setColour(this, set_col12, 12); }
+void MainFrame::OnSet_col13ButtonClicked(wxCommandEvent&) { setColour(this, set_col13, 13); }
+void MainFrame::OnSet_col14ButtonClicked(wxCommandEvent&) { setColour(this, set_col14, 14); }
+void MainFrame::OnSet_col15ButtonClicked(wxCommandEvent&) { setColour(this, set_col15, 15); }
+
+void MainFrame::OnTrack_Brightness(wxScrollEvent&) {
+    config.brightness = static_cast<std::uint8_t>(brightness_Slider->GetValue());
+    usb.setBrightness(config.brightness);
+}

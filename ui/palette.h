@@ -1,0 +1,33 @@
+#ifndef LUMADOT_UI_PALETTE_H
+#define LUMADOT_UI_PALETTE_H
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+#include "device/input_mode.h"
+
+inline constexpr std::size_t PaletteEntries = 16;
+inline constexpr std::size_t PaletteSize = 3 * PaletteEntries;
+
+/// The current palette: entry i, the colour of dot shade i, is red, green, blue at 3i, 3i + 1,
+/// 3i + 2. Starts as preset 0.
+extern std::array<unsigned char, PaletteSize> palette;
+
+/// The built-in palettes, 0 ("VGA") to 8 ("Orange").
+namespace presets {
+
+inline constexpr std::size_t Count = 9;
+
+using Colours = std::array<std::uint8_t, PaletteSize>;
+
+/// The 48 bytes of preset `index`, 0..8.
+const Colours& colours(std::size_t index);
+
+}  // namespace presets
+
+/// Whether the button of palette entry `entry` is shown for a system with these shades. The four
+/// shades are not evenly spaced, on purpose: 0, 1, 4, 15.
+bool isShown(ShadeSet shades, std::size_t entry);
+
+#endif
