@@ -2,23 +2,7 @@
 
 #include <cstring>
 
-// NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): bytes 10..18 are meant to stay as they
-// are.
-configDescriptor::configDescriptor()
-    : inputMode(0),
-      paletteIndex(0),
-      deviceParam2(15),
-      deviceParam3(10),
-      deviceParam4(15),
-      deviceParam5(12),
-      deviceParam6(15),
-      deviceParam7(0),
-      deviceParam8(15),
-      deviceParam9(15),
-      deviceParam19(0),
-      deviceParam20(1),
-      enhancer(1),
-      brightness(30) {}
+configDescriptor::configDescriptor() = default;
 
 namespace settings {
 

@@ -17,29 +17,29 @@ struct configDescriptor {
     /// they are zero in the global `config`, and undefined in a record on the stack.
     configDescriptor();
 
-    std::uint8_t inputMode;      ///< byte 0: number of an InputMode, 0..15
-    std::uint8_t paletteIndex;   ///< byte 1: palette preset, 0..8
-    std::uint8_t deviceParam2;   ///< byte 2
-    std::uint8_t deviceParam3;   ///< byte 3
-    std::uint8_t deviceParam4;   ///< byte 4
-    std::uint8_t deviceParam5;   ///< byte 5
-    std::uint8_t deviceParam6;   ///< byte 6
-    std::uint8_t deviceParam7;   ///< byte 7
-    std::uint8_t deviceParam8;   ///< byte 8
-    std::uint8_t deviceParam9;   ///< byte 9
-    std::uint8_t deviceParam10;  ///< byte 10
-    std::uint8_t deviceParam11;  ///< byte 11
-    std::uint8_t deviceParam12;  ///< byte 12
-    std::uint8_t deviceParam13;  ///< byte 13
-    std::uint8_t deviceParam14;  ///< byte 14
-    std::uint8_t deviceParam15;  ///< byte 15
-    std::uint8_t deviceParam16;  ///< byte 16
-    std::uint8_t deviceParam17;  ///< byte 17
-    std::uint8_t deviceParam18;  ///< byte 18
-    std::uint8_t deviceParam19;  ///< byte 19
-    std::uint8_t deviceParam20;  ///< byte 20
-    std::uint8_t enhancer;       ///< byte 21: "Signal Enhancer", 0 off, 1 on
-    std::uint8_t brightness;     ///< byte 22: 10..255 from the slider; a controller may send less
+    std::uint8_t inputMode = 0;      ///< byte 0: number of an InputMode, 0..15
+    std::uint8_t paletteIndex = 0;   ///< byte 1: palette preset, 0..8
+    std::uint8_t deviceParam2 = 15;  ///< byte 2
+    std::uint8_t deviceParam3 = 10;  ///< byte 3
+    std::uint8_t deviceParam4 = 15;  ///< byte 4
+    std::uint8_t deviceParam5 = 12;  ///< byte 5
+    std::uint8_t deviceParam6 = 15;  ///< byte 6
+    std::uint8_t deviceParam7 = 0;   ///< byte 7
+    std::uint8_t deviceParam8 = 15;  ///< byte 8
+    std::uint8_t deviceParam9 = 15;  ///< byte 9
+    std::uint8_t deviceParam10;      ///< byte 10
+    std::uint8_t deviceParam11;      ///< byte 11
+    std::uint8_t deviceParam12;      ///< byte 12
+    std::uint8_t deviceParam13;      ///< byte 13
+    std::uint8_t deviceParam14;      ///< byte 14
+    std::uint8_t deviceParam15;      ///< byte 15
+    std::uint8_t deviceParam16;      ///< byte 16
+    std::uint8_t deviceParam17;      ///< byte 17
+    std::uint8_t deviceParam18;      ///< byte 18
+    std::uint8_t deviceParam19 = 0;  ///< byte 19
+    std::uint8_t deviceParam20 = 1;  ///< byte 20
+    std::uint8_t enhancer = 1;       ///< byte 21: "Signal Enhancer", 0 off, 1 on
+    std::uint8_t brightness = 30;  ///< byte 22: 10..255 from the slider; a controller may send less
 };
 
 static_assert(sizeof(configDescriptor) == 23);

@@ -89,7 +89,9 @@ Controller::Controller(ControllerOptions options)
 void Controller::receive(std::span<const std::uint8_t> packet) {
     if (restarting()) {
         ++ignored_;
-    } else if (isFrame(packet) && packet[3] == 0xFF) {
+        return;
+    }
+    if (isFrame(packet) && packet[3] == 0xFF) {
         command(packet);
     } else if (isFrame(packet) && packet[3] == 0x00) {
         image_.emplace(packet.begin(), packet.end());

@@ -13,6 +13,7 @@
 #include <memory>
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -44,7 +45,7 @@ constexpr unsigned long StorePause = 1000;    // ms from writing the settings to
 constexpr unsigned long RestartPause = 3000;  // ms that the controller may take to come back
 
 /// A text in the encoding of the user's locale, as the C library wants it.
-wxCharBuffer narrow(const wxString& text) { return text.mb_str(wxConvLibc); }
+std::string narrow(const wxString& text) { return {text.mb_str(wxConvLibc).data()}; }
 
 /// The first bytes of a file.
 struct FileHead {
@@ -137,7 +138,7 @@ void MainFrame::OnLoad_configMenuSelected(wxCommandEvent&) {
     if (dialog.ShowModal() == wxID_CANCEL) {
         return;
     }
-    file::Stream stream = file::open(narrow(dialog.GetPath()), "rb");
+    file::Stream stream = file::open(narrow(dialog.GetPath()).c_str(), "rb");
     if (!stream) {
         wxMessageBox("File Error");
         return;
@@ -163,7 +164,7 @@ void MainFrame::OnSave_configMenuSelected(wxCommandEvent&) {
     if (dialog.ShowModal() == wxID_CANCEL) {
         return;
     }
-    if (const file::Stream stream = file::open(narrow(dialog.GetPath()), "wb")) {
+    if (const file::Stream stream = file::open(narrow(dialog.GetPath()).c_str(), "wb")) {
         const auto bytes = settings::bytesOf(config);
         std::fwrite(bytes.data(), 1, bytes.size(), stream.get());
     }
@@ -175,7 +176,7 @@ void MainFrame::OnLoad_paletteMenuSelected(wxCommandEvent&) {
     if (dialog.ShowModal() == wxID_CANCEL) {
         return;
     }
-    const file::Stream stream = file::open(narrow(dialog.GetPath()), "rb");
+    const file::Stream stream = file::open(narrow(dialog.GetPath()).c_str(), "rb");
     if (!stream) {
         wxMessageBox("File Error");
         return;
@@ -194,7 +195,7 @@ void MainFrame::OnSave_paletteMenuSelected(wxCommandEvent&) {
     if (dialog.ShowModal() == wxID_CANCEL) {
         return;
     }
-    const file::Stream stream = file::open(narrow(dialog.GetPath()), "wb");
+    const file::Stream stream = file::open(narrow(dialog.GetPath()).c_str(), "wb");
     auto bytes = std::make_unique<palette_file::Bytes>(palette_file::encode(palette));
     if (!stream) {
         wxMessageBox("File Error");
@@ -236,7 +237,7 @@ void MainFrame::OnUpload_DeviceMenuSelected(wxCommandEvent&) {
     if (names.ShowModal() == wxID_CANCEL) {
         return;
     }
-    usb.uploadFile(narrow(files.GetPath()), narrow(names.GetValue()));
+    usb.uploadFile(narrow(files.GetPath()).c_str(), narrow(names.GetValue()).c_str());
 }
 
 void MainFrame::OnReset_DeviceMenuSelected(wxCommandEvent&) {

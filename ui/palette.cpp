@@ -13,9 +13,9 @@ constexpr Colours Vga = {
 };
 
 /// A ramp: each channel of entry i is its step times i.
-constexpr Colours ramp(unsigned red, unsigned green, unsigned blue) {
+constexpr Colours ramp(std::size_t red, std::size_t green, std::size_t blue) {
     Colours colours{};
-    for (unsigned i = 0; i < PaletteEntries; ++i) {
+    for (std::size_t i = 0; i < PaletteEntries; ++i) {
         colours[3 * i] = static_cast<std::uint8_t>(red * i);
         colours[3 * i + 1] = static_cast<std::uint8_t>(green * i);
         colours[3 * i + 2] = static_cast<std::uint8_t>(blue * i);

@@ -6,6 +6,8 @@ BUILD_PACKAGES=(g++ cmake ninja-build pkg-config libwxgtk3.2-dev libusb-1.0-0-de
 RUN_PACKAGES=(xvfb xauth xdotool x11-utils imagemagick openbox fonts-dejavu-core adwaita-icon-theme)
 TEST_PACKAGES=(libgtest-dev libumockdev-dev umockdev libbenchmark-dev desktop-file-utils appstream
     groff-base man-db libxml2-utils "${RUN_PACKAGES[@]}")
+FUZZ_PACKAGES=(clang libclang-rt-dev)
+COVERAGE_PACKAGES=(gcovr)
 LINT_PACKAGES=(clang-format clang-tidy cppcheck shellcheck)
 
 # need_packages PACKAGE...

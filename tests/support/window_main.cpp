@@ -1,0 +1,37 @@
+// The main program of every window test: starts the toolkit with the tool's own application object,
+// then runs the tests inside an active event loop.
+
+#include <gmock/gmock.h>
+#include <wx/evtloop.h>
+#include <wx/init.h>
+
+#include <cstdlib>
+
+#include "app/main.h"
+#include "simulator/bus.h"
+#include "tests/support/temporary_folder.h"
+#include "tests/support/toolkit.h"
+
+int main(int argc, char** argv) {
+    testing::InitGoogleMock(&argc, argv);
+    // The window's geometry is kept in the home folder; every run starts with an empty one.
+    const support::TemporaryFolder home;
+    setenv("HOME", home.path().c_str(), 1);
+    setenv("XDG_CONFIG_HOME", (home.path() / "config").c_str(), 1);
+    simulator::Bus::instance().reset();
+
+    if (!wxEntryStart(argc, argv)) {
+        return EXIT_FAILURE;
+    }
+    wxGetApp().SetExitOnFrameDelete(false);
+    support::failOnToolkitAssertions();
+    int result = EXIT_FAILURE;
+    {
+        wxEventLoop loop;
+        const wxEventLoopActivator active(&loop);
+        result = RUN_ALL_TESTS();
+        support::deleteClosedWindows();
+    }
+    wxEntryCleanup();
+    return result;
+}
