@@ -24,7 +24,7 @@ std::string nameAt(std::time_t time, const char* pattern) {
 /// Opens, appends, closes. One write for a block: what is there is there whole.
 void append(const std::string& path, const void* bytes, std::size_t size) {
     // Binary for the text file too: its line ends are CR LF on every system.
-    const file::Stream stream = file::open(path.c_str(), "ab");
+    const file::Stream stream(std::fopen(path.c_str(), "ab"));
     if (stream && size > 0) {
         std::setvbuf(stream.get(), nullptr, _IONBF, 0);
         std::fwrite(bytes, 1, size, stream.get());

@@ -23,12 +23,14 @@ inline Stream open(const char* path, const char* mode) {
     return Stream(std::fopen(path, mode));
 }
 
-/// The stream's length in bytes, negative when it has none; the stream is rewound.
+/// The stream's length in bytes, negative when it cannot be read; the stream is rewound.
 inline long length(std::FILE* stream) {
-    std::fseek(stream, 0, SEEK_END);
+    std::fgetc(stream);  // A folder can be opened, and on some disks it has a length.
+    const bool readable = std::ferror(stream) == 0;
+    const bool hasEnd = std::fseek(stream, 0, SEEK_END) == 0;
     const long bytes = std::ftell(stream);
     std::rewind(stream);
-    return bytes;
+    return readable && hasEnd ? bytes : -1;
 }
 
 }  // namespace file

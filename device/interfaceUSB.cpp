@@ -2,6 +2,7 @@
 
 #include <libusb.h>
 #include <wx/app.h>
+#include <wx/event.h>
 #include <wx/msgdlg.h>
 #include <wx/time.h>
 #include <wx/utils.h>
@@ -191,9 +192,30 @@ private:
     dump::TextEncoder text_;
 };
 
-/// Handles pending window events. False: one of them took the connection over, and it is closed.
-bool yieldConnection() {
-    connectionLent = true;
+/// While it lives, no window is asked whether it is idle or wants an update of its state. None of
+/// ours answers, and asking them all once a frame takes longer than decoding the frame.
+class NoIdleEvents {
+public:
+    NoIdleEvents() {
+        wxIdleEvent::SetMode(wxIDLE_PROCESS_SPECIFIED);
+        wxUpdateUIEvent::SetMode(wxUPDATE_UI_PROCESS_SPECIFIED);
+    }
+    ~NoIdleEvents() {
+        wxIdleEvent::SetMode(idle_);
+        wxUpdateUIEvent::SetMode(update_);
+    }
+    NoIdleEvents(const NoIdleEvents&) = delete;
+    NoIdleEvents& operator=(const NoIdleEvents&) = delete;
+
+private:
+    wxIdleMode idle_ = wxIdleEvent::GetMode();
+    wxUpdateUIMode update_ = wxUpdateUIEvent::GetMode();
+};
+
+/// Handles pending window events. Returns whether there is a connection after that: if there was
+/// one, an event's operation may have taken it over.
+bool yieldConnection(bool connected) {
+    connectionLent = connected;
     wxYieldIfNeeded();
     const bool kept = connectionLent;
     connectionLent = false;
@@ -331,7 +353,7 @@ void USBClass::uploadFile(const char* localPath, const char* destinationName) {
     const long length = file::length(stream.get());
     const bool fits = length >= 0 && length <= std::numeric_limits<std::int32_t>::max();
     const auto size = fits ? static_cast<std::size_t>(length) : 0;
-    std::unique_ptr<std::uint8_t[]> content(new (std::nothrow) std::uint8_t[size]{});
+    std::unique_ptr<std::uint8_t[]> content(new (std::nothrow) std::uint8_t[size]);
     if (!fits || !content) {
         release();
         wxMessageBox("File Error");
@@ -339,8 +361,8 @@ void USBClass::uploadFile(const char* localPath, const char* destinationName) {
     }
     auto frame = std::make_unique<CommandFrame>(Command::Upload);
     auto answer = std::make_unique<upload::Acknowledgement>();
-    // What a file that shrinks meanwhile no longer has stays zero.
-    static_cast<void>(std::fread(content.get(), 1, size, stream.get()));
+    const std::size_t held = std::fread(content.get(), 1, size, stream.get());
+    std::fill(content.get() + held, content.get() + size, std::uint8_t{0});  // It has shrunk.
 
     const char* const failure =
         upload::transfer(destinationName, {content.get(), size}, *frame, *answer);
@@ -368,12 +390,13 @@ void USBClass::receiveDump(unsigned char mode, wxString directory) {
         return;
     }
     Capture capture(info, files, found == variant::Xl, start);
+    const NoIdleEvents quiet;
     bool connected = true;
     do {
         if (connected) {
             capture.takeFrame();
         }
-        connected = yieldConnection() && connected;
+        connected = yieldConnection(connected);
         if (!connected && dump_running) {
             connected = reconnect();
         }

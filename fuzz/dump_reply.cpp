@@ -1,5 +1,5 @@
-// A captured frame of any length and content in any mode: text and raw block against the naive decoder
-// of the tests. Byte 0 of the input is the mode, bit 0 of byte 1 the XL controller.
+// A captured frame of any length and content in any mode: text and raw block against the naive
+// decoder of the tests. Byte 0 of the input is the mode, bit 0 of byte 1 the XL controller.
 
 #include <cstdint>
 #include <span>

@@ -32,8 +32,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     simulator::ControllerOptions options;
     options.board = (input[0] & 1U) != 0 ? simulator::Board::Xl : simulator::Board::Standard;
-    options.layout = (input[0] & 2U) != 0 ? simulator::SettingsLayout::Older
-                                          : simulator::SettingsLayout::Newer;
+    options.layout =
+        (input[0] & 2U) != 0 ? simulator::SettingsLayout::Older : simulator::SettingsLayout::Newer;
     auto now = std::make_shared<std::uint64_t>(0);
     options.clock = [now] { return *now; };
     simulator::Controller controller(options);

@@ -1,5 +1,5 @@
-// An upload of three blocks and a rest, whose acknowledgements are the input: two bytes each, how the
-// read ends and the byte that arrives.
+// An upload of three blocks and a rest, whose acknowledgements are the input: two bytes each, how
+// the read ends and the byte that arrives.
 
 #include <array>
 #include <cstdint>

@@ -309,6 +309,9 @@ void MainFrame::dump_CheckBox_Clicked(wxCommandEvent& event) {
 /// was ticked again before the capture had come to its end: inside its own event handling it could
 /// neither be left nor be heard.
 void MainFrame::capture(const wxString& folder) {
+    if (captures.closeAsked) {
+        return;
+    }
     captures.nextFolder = folder;
     if (captures.running) {
         dump_running = false;

@@ -43,7 +43,6 @@ protected:
 };
 
 TEST_F(ProtocolPage, ShowsEveryCommandAsItIsSent) {
-    expectExample("reset", [] { usb.sendConfigCmd(0x00, 0); });
     expectExample("store", [] { usb.sendConfigCmd(0x01, 0); });
     expectExample("select-mode", [] { usb.sendConfigCmd(0x02, 2); });
     expectExample("select-preset", [] { usb.sendConfigCmd(0x03, 8); });
@@ -53,6 +52,7 @@ TEST_F(ProtocolPage, ShowsEveryCommandAsItIsSent) {
     expectExample("read-unique-id", [] { usb.getUniqueId(UIDString); });
     expectExample("store-palette", [] { usb.sendConfigCmd(0x12, 0); });
     expectExample("write-settings", [] { usb.sendConfig(config); });
+    expectExample("reset", [] { usb.sendConfigCmd(0x00, 0); });  // Last: it takes a second.
     // Seven more are shown below: three of an upload, one of a dump, three of replies.
     EXPECT_EQ(support::pageExamples(Page).size(), static_cast<std::size_t>(examples_) + 7);
 }

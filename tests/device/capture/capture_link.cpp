@@ -1,0 +1,107 @@
+#include "tests/device/capture/capture_link.h"
+
+#include <algorithm>
+
+namespace capture {
+
+std::shared_ptr<simulator::Controller> CaptureLink::plug(int mode, Board board) {
+    simulator::ControllerOptions options;
+    options.board = board;
+    options.settings[0] = static_cast<std::uint8_t>(mode);
+    return bus.plugController(options, board == Board::Xl ? "LUMADOT XL" : "LUMADOT");
+}
+
+void CaptureLink::run(int mode, const std::filesystem::path& into) {
+    dump_running = true;
+    usb.receiveDump(static_cast<unsigned char>(mode), wxString::FromUTF8(into.string()));
+    dump_running = false;
+}
+
+void CaptureLink::answers(const std::vector<Bytes>& replies) {
+    int nth = 0;
+    for (const Bytes& reply : replies) {
+        bus.inject(
+            {.function = "libusb_bulk_transfer", .nth = ++nth, .reply = reply, .endpoint = 0x81});
+    }
+}
+
+std::vector<Frame> CaptureLink::repliedFrames() const {
+    std::vector<Frame> frames;
+    bool asked = false;
+    for (const simulator::Call& call : bus.calls()) {
+        if (call.endpoint == 0x81 && asked && call.result == 0 && call.data.size() >= 4) {
+            const Bytes& data = call.data;
+            frames.push_back(
+                {static_cast<std::uint32_t>(data[0] + 256 * (data[1] + 256 * data[2])) +
+                     16777216U * data[3],
+                 {data.begin() + 4, data.end()}});
+        }
+        asked = call.endpoint == 0x01 && call.length == 64;
+    }
+    return frames;
+}
+
+std::vector<std::string> CaptureLink::fileNames() const {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(folder.path())) {
+        names.push_back(entry.path().filename().string());
+    }
+    std::ranges::sort(names);
+    return names;
+}
+
+std::string CaptureLink::content(const std::string& ending) const {
+    std::vector<std::string> names = fileNames();
+    std::erase_if(names, [&](const std::string& name) { return !name.ends_with(ending); });
+    if (names.size() != 1) {
+        ADD_FAILURE() << names.size() << " files *" << ending;
+        return {};
+    }
+    const Bytes bytes = support::readFile(folder.path() / names.front());
+    return {bytes.begin(), bytes.end()};
+}
+
+Bytes CaptureLink::raw() const {
+    const std::string bytes = content(".raw");
+    return {bytes.begin(), bytes.end()};
+}
+
+void CaptureLink::expectText(int mode, bool xl, const std::vector<Frame>& frames,
+                             std::uint32_t start) const {
+    std::string expected;
+    for (const Frame& frame : frames) {
+        expected += naive::text(mode, xl, start + frame.clock, frame.planes);
+    }
+    EXPECT_EQ(text(), expected);
+}
+
+void CaptureLink::expectRaw(int mode, const std::vector<Frame>& frames, std::uint32_t start) const {
+    Bytes expected = naive::rawHeader(mode);
+    for (const Frame& frame : frames) {
+        const Bytes block = naive::raw(mode, start + frame.clock, frame.planes);
+        expected.insert(expected.end(), block.begin(), block.end());
+    }
+    EXPECT_EQ(support::byteText(raw()), support::byteText(expected));
+}
+
+std::uint32_t CaptureLink::startOf(const std::vector<Frame>& frames) const {
+    const std::string content = text();
+    if (frames.empty() || content.size() < 12) {
+        ADD_FAILURE() << "no frame in the text file";
+        return 0;
+    }
+    const auto stamp = static_cast<std::uint32_t>(std::stoul(content.substr(2, 8), nullptr, 16));
+    return stamp - frames.front().clock;
+}
+
+int openFilesIn(const std::filesystem::path& folder) {
+    int count = 0;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
+        std::error_code closed;
+        const auto target = std::filesystem::read_symlink(entry.path(), closed);
+        count += !closed && target.string().starts_with(folder.string()) ? 1 : 0;
+    }
+    return count;
+}
+
+}  // namespace capture

@@ -1,0 +1,124 @@
+// A capture of hours: neither memory nor time grows with the frames that were taken.
+
+#include <libusb.h>
+#include <malloc.h>
+#include <time.h>
+#include <unistd.h>
+
+#include <fstream>
+#include <iostream>
+
+#include "tests/device/capture/capture_link.h"
+
+namespace {
+
+using capture::CaptureLink;
+
+#ifdef LUMADOT_INSTRUMENTED
+constexpr int Frames = 10000;
+constexpr bool Instrumented = true;
+#else
+constexpr int Frames = 200000;
+constexpr bool Instrumented = false;
+#endif
+
+constexpr int Block = 50;    ///< frames that are timed together
+constexpr int Timed = 1000;  ///< frames that are compared, at the start and at the end
+constexpr int Retries = 20;
+constexpr int Restart = 1000;  ///< frames after which the file starts anew
+
+double processorMs() {
+    timespec time{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
+}
+
+long residentKb() {
+    long pages = 0;
+    std::ifstream file("/proc/self/statm");
+    file >> pages >> pages;
+    return pages * sysconf(_SC_PAGESIZE) / 1024;
+}
+
+double median(std::vector<double> values) {
+    std::ranges::sort(values);
+    return values[values.size() / 2];
+}
+
+class LongCapture : public CaptureLink {
+protected:
+    LongCapture() {
+        std::string name = "/dev/shm/lumadot-XXXXXX";
+        if (mkdtemp(name.data()) == nullptr) {
+            throw std::runtime_error("no folder in the memory");
+        }
+        place = name;
+        blocks.reserve((Frames + Retries * Timed) / Block + 1);
+        bus.setLogging(false);
+        rounds.setLimit(Frames + Retries * Timed);
+    }
+    ~LongCapture() override { std::filesystem::remove_all(place); }
+
+    void atRead(int frame) {
+        if (frame % Restart == 1) {
+            truncate();
+        }
+        if (frame % Block == 0) {
+            const double now = processorMs();
+            blocks.push_back(now - last);
+            last = now;
+        }
+        if (frame == 100) {
+            heap = mallinfo2().uordblks;
+            resident = residentKb();
+        }
+        if (frame == Frames) {
+            heapAtEnd = mallinfo2().uordblks;
+            residentAtEnd = residentKb();
+        }
+        // Measured again when the core was busy with something else: what grows stays slow.
+        if (frame >= Frames && frame % Timed == 0) {
+            dump_running = !fastEnough() && frame < Frames + Retries * Timed;
+        }
+    }
+    double start() const {
+        // The very first blocks hold the start: the connection, the animation's first frames.
+        return median({blocks.begin() + 2, blocks.begin() + 2 + Timed / Block});
+    }
+    double end() const { return median({blocks.end() - Timed / Block, blocks.end()}); }
+    bool fastEnough() const { return end() < 1.2 * start(); }
+    void truncate() const {
+        for (const auto& entry : std::filesystem::directory_iterator(place)) {
+            EXPECT_GT(entry.file_size(), 0U);
+            std::filesystem::resize_file(entry.path(), 0);
+        }
+    }
+
+    std::filesystem::path place;
+    std::vector<double> blocks;
+    double last = processorMs();
+    std::size_t heap = 0;
+    std::size_t heapAtEnd = 0;
+    long resident = 0;
+    long residentAtEnd = 0;
+};
+
+TEST_F(LongCapture, TakesNoMoreMemoryAndNoLongerPerFrameAtItsEnd) {
+    plug(9);
+    rounds.onRead([&](int frame) { atRead(frame); });
+    run(9, place);
+    ASSERT_GE(rounds.frames(), Frames);
+    std::cout << Frames << " frames"
+              << (Instrumented ? " (fewer, as this build is instrumented)" : "") << ": "
+              << start() / Block * 1e3 << " us a frame at the start, " << end() / Block * 1e3
+              << " at the end; resident " << resident << " and " << residentAtEnd << " KB, heap "
+              << heap << " and " << heapAtEnd << " bytes\n";
+    if (!Instrumented) {
+        EXPECT_LT(end(), 1.2 * start());
+        // The toolkit and the C library may round up once; a byte a frame would be 200 KB.
+        EXPECT_LE(residentAtEnd, resident + 128);
+        EXPECT_LE(heapAtEnd, heap + 65536);
+    }
+}
+
+}  // namespace

@@ -1,0 +1,246 @@
+// Replies that are late, short, wrong or missing.
+
+#include <libusb.h>
+
+#include <random>
+
+#include "tests/device/capture/capture_link.h"
+
+namespace {
+
+using capture::Bytes;
+using capture::CaptureLink;
+using capture::Frame;
+using testing::IsEmpty;
+
+using Replies = CaptureLink;
+
+TEST_F(Replies, ReadThatTimesOutWritesNothingButMakesTheTextFile) {
+    bus.plug({});  // Never accepts and never answers.
+    run(1, 3);
+    EXPECT_EQ(text(), "");
+    EXPECT_EQ(support::byteText(raw()), "52 41 57 00 01 80 20 03");
+    expectReleased();
+}
+
+TEST_F(Replies, FramesThatDoNotComeAreLeftOutAndTheOthersAreWritten) {
+    plug(1);
+    bus.inject({.function = "libusb_bulk_transfer",
+                .nth = 2,
+                .result = LIBUSB_ERROR_TIMEOUT,
+                .endpoint = 0x81});
+    run(1, 4);
+    const std::vector<Frame> frames = repliedFrames();
+    ASSERT_EQ(frames.size(), 3U);
+    const std::uint32_t start = startOf(frames);
+    expectText(1, false, frames, start);
+    expectRaw(1, frames, start);
+}
+
+TEST_F(Replies, FrameIsReadEvenIfItsRequestFailed) {
+    plug(3);
+    failTransfer(0x01, LIBUSB_ERROR_TIMEOUT);
+    answer({1, 0, 0, 0, 0x01});
+    run(3, 1);
+    const std::vector<Frame> frames = {{1, {0x01}}};
+    expectText(3, false, frames, startOf(frames));
+}
+
+TEST_F(Replies, PositiveResultIsNoFrame) {
+    plug(3);
+    failTransfer(0x81, 1);
+    run(3, 1);
+    EXPECT_EQ(text(), "");
+}
+
+TEST_F(Replies, BytesThatDoNotArriveStayFromTheFrameBefore) {
+    plug(1);
+    Bytes whole = {4, 3, 2, 1};
+    whole.resize(3 * 512 + 5, 0x96);
+    answers({whole, {5, 3, 2, 1, 0xFF, 0x00}, {6, 3}, {}});
+    run(1, 4);
+
+    Bytes mixed(3 * 512 + 1, 0x96);
+    const Bytes first = mixed;
+    mixed[0] = 0xFF;
+    mixed[1] = 0x00;
+    const std::vector<Frame> frames = {
+        {0x01020304, first}, {0x01020305, mixed}, {0x01020306, mixed}, {0x01020306, mixed}};
+    const std::uint32_t start = startOf(frames);
+    expectText(1, false, frames, start);
+    expectRaw(1, frames, start);
+}
+
+TEST_F(Replies, BytesOfAFailedReadStayForTheNextOne) {
+    plug(3);
+    bus.inject({.function = "libusb_bulk_transfer",
+                .result = LIBUSB_ERROR_IO,
+                .reply = Bytes{9, 0, 0, 0, 0x0F},
+                .endpoint = 0x81});
+    bus.inject({.function = "libusb_bulk_transfer",
+                .nth = 2,
+                .reply = Bytes{10, 0, 0, 0},
+                .endpoint = 0x81});
+    run(3, 2);
+    const std::vector<Frame> frames = {{10, {0x0F}}};
+    expectText(3, false, frames, startOf(frames));
+}
+
+TEST_F(Replies, FirstFrameStartsFromZeros) {
+    plug(10);
+    answer({});
+    run(10, 1);
+    const std::vector<Frame> frames = {{0, {}}};
+    const std::uint32_t start = startOf(frames);
+    expectText(10, false, frames, start);
+    expectRaw(10, frames, start);
+}
+
+/// Four planes are decoded out of a reply that holds one byte of the first.
+class FiveByteReplies : public CaptureLink, public testing::WithParamInterface<int> {};
+
+TEST_P(FiveByteReplies, CountAsZeroBeyondTheirEnd) {
+    plug(GetParam());
+    answers({{0, 0, 0, 0, 0x00}, {0, 0, 0, 0, 0x81}});
+    run(GetParam(), 2);
+    const std::string content = text();
+    ASSERT_EQ(content.size(), 2 * (12 + 32 * 130 + 2U));
+    const std::string dark(128, '0');
+    EXPECT_EQ(content.substr(12, 130), dark + "\r\n");
+    const std::string second = content.substr(content.size() / 2);
+    EXPECT_EQ(second.substr(12, 130), "10000001" + dark.substr(8) + "\r\n");
+    for (std::size_t row = 1; row < 32; ++row) {
+        EXPECT_EQ(second.substr(12 + row * 130, 130), dark + "\r\n");
+    }
+    expectReleased();
+}
+
+INSTANTIATE_TEST_SUITE_P(Modes, FiveByteReplies, testing::Values(11, 15));
+
+class XlRawBlocks : public CaptureLink, public testing::WithParamInterface<int> {};
+
+TEST_P(XlRawBlocks, HoldWhatTheReplyHasAndThenZeros) {
+    plug(GetParam(), Board::Xl);
+    Bytes reply = {0, 0, 0, 0};
+    reply.resize(3077, 0xC5);
+    answer(reply);
+    run(GetParam(), 1);
+    const Bytes file = raw();
+    const std::size_t planes = static_cast<std::size_t>(naive::planes(GetParam())) * 512;
+    ASSERT_EQ(file.size(), 8 + 4 + planes);
+    const std::size_t arrived = std::min<std::size_t>(planes, 3073);
+    EXPECT_EQ(Bytes(file.begin() + 12, file.begin() + 12 + static_cast<std::ptrdiff_t>(arrived)),
+              Bytes(arrived, 0xC5));
+    EXPECT_EQ(Bytes(file.begin() + 12 + static_cast<std::ptrdiff_t>(arrived), file.end()),
+              Bytes(planes - arrived, 0x00));
+}
+
+TEST_P(XlRawBlocks, StandUnderTheHeaderOfTheStandardDisplay) {
+    plug(GetParam(), Board::Xl);
+    run(GetParam(), 1);
+    const Bytes file = raw();
+    const auto planes = static_cast<std::uint8_t>(naive::planes(GetParam()));
+    EXPECT_EQ(Bytes(file.begin(), file.begin() + 8),
+              (Bytes{0x52, 0x41, 0x57, 0x00, 0x01, 0x80, 0x20, planes}));
+}
+
+INSTANTIATE_TEST_SUITE_P(Modes, XlRawBlocks, testing::Values(1, 6, 7, 8, 9, 10, 13));
+
+TEST_F(Replies, StoppingWhileAReadIsPendingEndsTheCaptureAfterThatRead) {
+    plug(2);
+    rounds.onRead([](int frame) { dump_running = dump_running && frame < 2; });
+    run(2);
+    EXPECT_EQ(repliedFrames().size(), 2U);
+    EXPECT_EQ(text().size(), 2 * (12 + 32 * 130 + 2U));
+    expectReleased();
+}
+
+TEST_F(Replies, UnreadableProductNameIsAStandardController) {
+    bus.inject({.function = "libusb_get_string_descriptor_ascii", .result = LIBUSB_ERROR_PIPE});
+    plug(1, Board::Xl);
+    answer(Bytes(1541));
+    run(1, 1);
+    EXPECT_EQ(text().size(), 12 + 32 * 130 + 2U);
+    expectReleased();
+}
+
+TEST_F(Replies, ClaimThatIsRefusedIsNoController) {
+    bus.plug({.refuseClaim = true});
+    run(1);
+    EXPECT_EQ(fileNames().size(), 1U);
+    EXPECT_EQ(rounds.frames(), 0);
+    EXPECT_EQ(bus.openHandles(), 0);
+}
+
+TEST_F(Replies, ControllerThatIsPulledOutWritesNothingMore) {
+    plug(1);
+    rounds.after(2, [&] { bus.unplug(0); });
+    run(1, 6);
+    EXPECT_EQ(text().size(), 2 * (12 + 32 * 130 + 2U));
+    EXPECT_EQ(bus.openHandles(), 0);
+}
+
+/// Error codes, lengths, and claimed counts that do not fit, at every call.
+class HostileController : public CaptureLink, public testing::WithParamInterface<int> {};
+
+TEST_P(HostileController, IsSurvivedAndLeavesWholeFrames) {
+    std::mt19937 random(static_cast<unsigned>(GetParam()));
+    const bool xl = random() % 2 == 0;
+    const int mode = naive::allModes()[random() % naive::allModes().size()];
+    plug(mode, xl ? Board::Xl : Board::Standard);
+    rounds.onRead([&](int) {
+        Bytes reply(random() % 8000);
+        std::ranges::generate(reply, [&] { return static_cast<std::uint8_t>(random()); });
+        simulator::Fault fault{.function = "libusb_bulk_transfer", .reply = reply};
+        fault.transferred = static_cast<int>(random() % 100000) - 10;
+        if (random() % 4 == 0) {
+            fault.result = -static_cast<int>(random() % 100);
+        }
+        bus.inject(fault);
+    });
+    run(mode, 50);
+
+    const std::size_t block = xl ? 12 + 64 * 194 + 2 : 12 + 32 * 130 + 2;
+    EXPECT_EQ(text().size() % block, 0U);
+    EXPECT_GT(text().size(), 0U);
+    if (naive::hasRawFile(mode)) {
+        const auto frame = 4 + static_cast<std::size_t>(naive::planes(mode)) * 512;
+        EXPECT_EQ(raw().size() - 8, text().size() / block * frame);
+    }
+    EXPECT_EQ(bus.openHandles(), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Seeds, HostileController, testing::Range(1, 31));
+
+struct FailingCall {
+    const char* function;
+    int nth;
+    int result;
+};
+
+class FailingCalls : public CaptureLink, public testing::WithParamInterface<FailingCall> {};
+
+TEST_P(FailingCalls, AreSurvived) {
+    plug(1);
+    bus.inject({.function = std::string("libusb_") + GetParam().function,
+                .nth = GetParam().nth,
+                .result = GetParam().result});
+    run(1, 3);
+    EXPECT_LE(capture::openFilesIn(folder.path()), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    EachOnce, FailingCalls,
+    testing::Values(FailingCall{"init", 1, -99}, FailingCall{"get_device_list", 1, -11},
+                    FailingCall{"get_device_descriptor", 1, -4}, FailingCall{"open", 1, -3},
+                    FailingCall{"get_string_descriptor_ascii", 1, -9},
+                    FailingCall{"get_string_descriptor_ascii", 1, 0},
+                    FailingCall{"claim_interface", 1, -6}, FailingCall{"bulk_transfer", 0, -1},
+                    FailingCall{"bulk_transfer", 1, -4}, FailingCall{"bulk_transfer", 2, -8},
+                    FailingCall{"release_interface", 1, -5}),
+    [](const auto& row) {
+        return std::string(row.param.function) + "_" + std::to_string(row.param.nth) + "_" +
+               std::to_string(-row.param.result);
+    });
+
+}  // namespace

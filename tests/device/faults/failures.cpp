@@ -1,0 +1,130 @@
+// The failures that the library documents, for each call.
+
+#include <libusb.h>
+
+#include <limits>
+
+#include "tests/device/faults/outcomes.h"
+
+namespace faults {
+
+namespace {
+
+using simulator::Packet;
+
+constexpr int Errors[] = {
+    LIBUSB_ERROR_IO,          LIBUSB_ERROR_INVALID_PARAM, LIBUSB_ERROR_ACCESS,
+    LIBUSB_ERROR_NO_DEVICE,   LIBUSB_ERROR_NOT_FOUND,     LIBUSB_ERROR_BUSY,
+    LIBUSB_ERROR_TIMEOUT,     LIBUSB_ERROR_OVERFLOW,      LIBUSB_ERROR_PIPE,
+    LIBUSB_ERROR_INTERRUPTED, LIBUSB_ERROR_NO_MEM,        LIBUSB_ERROR_NOT_SUPPORTED,
+    LIBUSB_ERROR_OTHER,
+};
+
+/// Counts that a transfer may claim to have moved, true or not.
+constexpr int Claims[] = {std::numeric_limits<int>::min(), -1, 0, 1, 62, 63, 64, 100000,
+                          std::numeric_limits<int>::max()};
+
+/// Collects the failures of one call.
+class Collector {
+public:
+    Collector(std::vector<Failure>& all, int call, std::string line)
+        : all_(all), call_(call), line_(std::move(line)) {}
+
+    void add(Kind kind, const std::string& what, simulator::Fault fault) {
+        fault.nth = call_;
+        all_.push_back({"call " + std::to_string(call_) + ", " + line_ + ": " + what, call_, kind,
+                        std::move(fault)});
+    }
+    void addErrors() {
+        for (const int error : Errors) {
+            add(Kind::Error, "error " + std::to_string(error), {.result = error});
+        }
+    }
+    void addReply(const std::string& what, Packet bytes, Kind kind = Kind::Reply) {
+        add(kind, what, {.reply = std::move(bytes)});
+    }
+    void addClaims() {
+        for (const int claim : Claims) {
+            add(Kind::Reply, "claims " + std::to_string(claim), {.transferred = claim});
+        }
+    }
+
+private:
+    std::vector<Failure>& all_;
+    int call_;
+    std::string line_;
+};
+
+/// Lengths of a name; the read itself gives the name whole, whatever it claims.
+void addNames(Collector& call) {
+    call.add(Kind::NoName, "no name", {.result = 0});
+    for (int length = 1; length <= 255; ++length) {
+        call.add(Kind::Reply, "length " + std::to_string(length), {.result = length});
+    }
+}
+
+void addReplies(Collector& call, std::size_t longest) {
+    constexpr std::size_t EveryLengthUpTo = 63;
+    for (std::size_t length = 0; length <= longest; ++length) {
+        const bool sample = length <= 6 || length == longest / 2 || length + 1 >= longest;
+        if (sample || longest <= EveryLengthUpTo) {
+            call.addReply("length " + std::to_string(length), Packet(length, 0x56));
+        }
+    }
+    call.addReply("longer than asked for", Packet(longest + 1000, 0x56));
+    call.addClaims();
+}
+
+void addAcknowledgements(Collector& call) {
+    constexpr int Refusal = 1;
+    for (int value = 0; value <= 255; ++value) {
+        call.addReply("acknowledged with " + std::to_string(value),
+                      {static_cast<std::uint8_t>(value)},
+                      value == Refusal ? Kind::Error : Kind::Reply);
+    }
+    call.addReply("acknowledged with nothing", {});
+    call.addReply("acknowledged with two bytes", {0x00, 0x01});
+    call.addReply("refused with two bytes", {0x01, 0x00}, Kind::Error);
+    call.addClaims();
+}
+
+void addTransferReplies(Collector& call, const std::string& line) {
+    if (!line.starts_with("in ")) {
+        call.addClaims();
+        return;
+    }
+    const std::size_t length = std::stoul(line.substr(std::string("in 0x81 ").size()));
+    if (length == 1) {
+        addAcknowledgements(call);
+    } else {
+        addReplies(call, length);
+    }
+}
+
+}  // namespace
+
+std::vector<Failure> failuresOf(const Subject& subject) {
+    std::vector<Failure> all;
+    int number = 0;
+    for (const std::string& line : usualCalls(subject)) {
+        Collector call(all, ++number, line.substr(0, line.find(':')));
+        const bool hasResult =
+            !line.starts_with("libusb_free_device_list") && !line.starts_with("libusb_close");
+        if (hasResult) {
+            call.addErrors();
+        }
+        if (line.starts_with("libusb_get_string_descriptor_ascii")) {
+            addNames(call);
+        }
+        if (!line.starts_with("libusb_")) {
+            addTransferReplies(call, line);
+        }
+        // That call is about no device: leaving with it is leaving with the one after it.
+        if (!line.starts_with("libusb_free_device_list")) {
+            call.add(Kind::Unplugged, "unplugged", {.unplug = true});
+        }
+    }
+    return all;
+}
+
+}  // namespace faults

@@ -1,0 +1,282 @@
+// Disks that are full, read-only, or change under a capture, and a machine without memory.
+
+#include <wx/filedlg.h>
+
+#include <cstdlib>
+#include <limits>
+#include <new>
+
+#include "device/interfaceUSB.h"
+#include "tests/device/capture/capture_link.h"
+#include "tests/device/faults/disk.h"
+#include "tests/device/upload/upload_fixture.h"
+#include "tests/support/toolkit.h"
+#include "tests/ui/keeping/keeping_fixture.h"
+#include "ui/palette.h"
+
+namespace {
+
+/// Blocks from this size on are refused where the asker can bear it.
+std::size_t refusedFrom = std::numeric_limits<std::size_t>::max();
+int refusals = 0;
+
+}  // namespace
+
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+    if (size >= refusedFrom) {
+        ++refusals;
+        return nullptr;
+    }
+    try {
+        return operator new[](size);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
+
+namespace {
+
+using capture::CaptureLink;
+using capture::Frame;
+using faults::Disk;
+using support::Members;
+
+constexpr int Mode = 1;  // Three planes and a raw file.
+
+class CaptureOnADisk : public CaptureLink {
+protected:
+    void SetUp() override {
+        if (!disk.why().empty()) {
+            GTEST_SKIP() << disk.why();
+        }
+        plug(Mode);
+    }
+
+    /// Captures this many frames, of which nothing keeps the tool from asking.
+    std::vector<Frame> capture(int count) {
+        rounds.stopAfter(count);
+        run(Mode, disk.path());
+        const std::vector<Frame> frames = repliedFrames();
+        EXPECT_EQ(frames.size(), static_cast<std::size_t>(count));
+        EXPECT_EQ(capture::openFilesIn(disk.path()), 0);
+        EXPECT_EQ(dialogs.seen(), 0);
+        expectReleased();
+        return frames;
+    }
+
+    /// The only file with this ending, "" when there is none.
+    std::string fileOn(const std::string& ending) const {
+        std::string content;
+        int files = 0;
+        for (const auto& entry : std::filesystem::directory_iterator(disk.path())) {
+            if (entry.path().extension() == ending) {
+                const capture::Bytes bytes = support::readFile(entry.path());
+                content.assign(bytes.begin(), bytes.end());
+                ++files;
+            }
+        }
+        EXPECT_LE(files, 1);
+        return content;
+    }
+
+    static std::string textOf(const std::vector<Frame>& frames, std::uint32_t start) {
+        std::string text;
+        for (const Frame& frame : frames) {
+            text += naive::text(Mode, false, start + frame.clock, frame.planes);
+        }
+        return text;
+    }
+    static std::string rawOf(const std::vector<Frame>& frames, std::uint32_t start) {
+        std::string raw;
+        for (const Frame& frame : frames) {
+            const capture::Bytes block = naive::raw(Mode, start + frame.clock, frame.planes);
+            raw.append(block.begin(), block.end());
+        }
+        return raw;
+    }
+    /// The start of the capture, from the text file's first frame.
+    std::uint32_t startFrom(const Frame& first) const {
+        const std::string text = fileOn(".txt");
+        if (text.size() < 12) {
+            ADD_FAILURE() << "no frame in the text file";
+            return 0;
+        }
+        return static_cast<std::uint32_t>(std::stoul(text.substr(2, 8), nullptr, 16)) - first.clock;
+    }
+
+    /// Fails unless the files hold these frames and no others, the raw file behind `header`.
+    void expectFiles(const std::vector<Frame>& frames, const std::string& header) const {
+        const std::uint32_t start = startFrom(frames.front());
+        EXPECT_TRUE(fileOn(".txt") == textOf(frames, start));
+        EXPECT_TRUE(fileOn(".raw") == header + rawOf(frames, start));
+    }
+
+    static const std::string Header;
+    Disk disk;
+};
+
+const std::string CaptureOnADisk::Header("RAW\0\1\x80\x20\3", 8);
+
+TEST_F(CaptureOnADisk, ThatFillsUpGoesOnAndKeepsWhatFitted) {
+    // A frame takes 5714 bytes in both files together.
+    const std::vector<Frame> frames = capture(80);
+    const std::uint32_t start = startFrom(frames.front());
+    const std::string text = fileOn(".txt");
+    const std::string raw = fileOn(".raw");
+    EXPECT_LT(text.size(), 80U * 4174);
+    EXPECT_GT(text.size() + raw.size(), Disk::Size / 2);
+    EXPECT_TRUE(textOf(frames, start).starts_with(text));
+    EXPECT_TRUE((Header + rawOf(frames, start)).starts_with(raw));
+}
+
+TEST_F(CaptureOnADisk, ThatIsFullUntilTheThirdFrameLosesTheFirstTwoAndTheHeader) {
+    disk.fill();
+    rounds.after(2, [this] { disk.makeRoom(); });
+    const std::vector<Frame> frames = capture(4);
+    expectFiles({frames[2], frames[3]}, "");
+}
+
+TEST_F(CaptureOnADisk, ThatStaysFullLeavesEmptyFiles) {
+    disk.fill();
+    capture(3);
+    EXPECT_EQ(fileOn(".txt"), "");
+    EXPECT_EQ(fileOn(".raw"), "");
+}
+
+TEST_F(CaptureOnADisk, ThatIsReadOnlyCostsTheFilesOnly) {
+    disk.setReadOnly(true);
+    capture(3);
+    EXPECT_TRUE(std::filesystem::is_empty(disk.path()));
+}
+
+TEST_F(CaptureOnADisk, ThatIsReadOnlyForAWhileLosesTheFramesInBetween) {
+    rounds.after(2, [this] { disk.setReadOnly(true); });
+    rounds.after(4, [this] { disk.setReadOnly(false); });
+    const std::vector<Frame> frames = capture(6);
+    expectFiles({frames[0], frames[1], frames[4], frames[5]}, Header);
+}
+
+TEST_F(CaptureOnADisk, WhoseFilesAreRemovedMakesThemAgainForTheNextFrame) {
+    std::vector<std::filesystem::path> names;
+    rounds.after(2, [&] {
+        for (const auto& entry : std::filesystem::directory_iterator(disk.path())) {
+            names.push_back(entry.path());
+        }
+        for (const auto& name : names) {
+            std::filesystem::remove(name);
+        }
+    });
+    const std::vector<Frame> frames = capture(4);
+    expectFiles({frames[2], frames[3]}, "");
+    ASSERT_EQ(names.size(), 2U);
+    for (const auto& name : names) {
+        EXPECT_TRUE(std::filesystem::exists(name));
+    }
+}
+
+class SavingOnADisk : public Keeping {
+protected:
+    void SetUp() override {
+        if (!disk.why().empty()) {
+            GTEST_SKIP() << disk.why();
+        }
+        openWithSomeSettings();
+    }
+
+    /// Saves to a file on the disk, which changes nothing in the window.
+    void save(wxMenuItem* MainFrameBaseClass::*item, const char* title, const char* wildcard,
+              const std::filesystem::path& file, const char* proposed) {
+        expectNothingChanges([&] {
+            dialogs.expectFile({title, wildcard, wxFD_SAVE | wxFD_OVERWRITE_PROMPT, proposed},
+                               wxString::FromUTF8(file.string()));
+            if (errorExpected) {
+                support::expectPlainMessage(dialogs, "File Error");
+            }
+            choose(item);
+        });
+        EXPECT_EQ(capture::openFilesIn(disk.path()), 0);
+    }
+    void saveSettings() {
+        save(&Members::save_config, "Save Config file", "Config files (lumadot.dat)|lumadot.dat",
+             settings, "lumadot.dat");
+    }
+    void savePalette() {
+        save(&Members::save_palette, "Save PAL file", "Palette files (*.pal)|*.pal", paletteFile,
+             "lumadot.pal");
+    }
+
+    bool errorExpected = false;
+    Disk disk;
+    const std::filesystem::path settings = disk.path() / "lumadot.dat";
+    const std::filesystem::path paletteFile = disk.path() / "lumadot.pal";
+};
+
+TEST_F(SavingOnADisk, ThatIsFullReportsNothingOfTheSettings) {
+    disk.fill();
+    saveSettings();
+    EXPECT_EQ(support::readFile(settings), Bytes());
+}
+
+TEST_F(SavingOnADisk, ThatIsFullReportsNothingOfThePalette) {
+    disk.fill();
+    savePalette();
+    EXPECT_EQ(support::readFile(paletteFile), Bytes());
+}
+
+TEST_F(SavingOnADisk, ThatIsReadOnlyReportsNothingOfTheSettings) {
+    support::writeFile(settings, Bytes{1, 2, 3});
+    disk.setReadOnly(true);
+    saveSettings();
+    EXPECT_EQ(support::readFile(settings), (Bytes{1, 2, 3}));
+}
+
+TEST_F(SavingOnADisk, ThatIsReadOnlyReportsThatThePaletteCannotBeWritten) {
+    support::writeFile(paletteFile, Bytes{1, 2, 3});
+    disk.setReadOnly(true);
+    errorExpected = true;
+    savePalette();
+    EXPECT_EQ(support::readFile(paletteFile), (Bytes{1, 2, 3}));
+}
+
+class UploadWithoutMemory : public Upload {
+protected:
+    UploadWithoutMemory() { plug(); }
+    ~UploadWithoutMemory() override { refusedFrom = std::numeric_limits<std::size_t>::max(); }
+
+    /// Uploads a file of this size while blocks from `limit` on are refused.
+    void uploadWithLimit(std::size_t size, std::size_t limit) {
+        const auto file = makeFile(support::pattern(size));
+        refusals = 0;
+        refusedFrom = limit;
+        usb.uploadFile(file.c_str(), "a.bin");
+        refusedFrom = std::numeric_limits<std::size_t>::max();
+        EXPECT_EQ(support::timesOpen(file), 0);
+        expectReleased();
+    }
+};
+
+TEST_F(UploadWithoutMemory, ForTheFileIsReportedWithTheControllerReleasedAndTheFileClosed) {
+    expectOutcome("File Error", 0);
+    uploadWithLimit(4 << 20, 4 << 20);
+    EXPECT_EQ(refusals, 1);
+    EXPECT_EQ(support::callLines(),
+              support::joined({support::setupLines(), support::releaseLines()}));
+    EXPECT_TRUE(controller->files().empty());
+}
+
+TEST_F(UploadWithoutMemory, ForMoreThanTheFileSucceeds) {
+    expectOutcome("File Upload Successful !", 0);
+    uploadWithLimit(4 << 20, (4 << 20) + 1);
+    EXPECT_EQ(refusals, 0);
+    EXPECT_TRUE(controller->files().at("a.bin") == support::pattern(4 << 20));
+}
+
+TEST_F(UploadWithoutMemory, DoesNotDisturbTheNextOne) {
+    expectOutcome("File Error", 0);
+    uploadWithLimit(4 << 20, 1000);
+    expectOutcome("File Upload Successful !", 0);
+    upload(support::pattern(1100), "a.bin");
+    EXPECT_EQ(controller->files().at("a.bin"), support::pattern(1100));
+}
+
+}  // namespace

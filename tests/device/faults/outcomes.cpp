@@ -1,0 +1,192 @@
+#include "tests/device/faults/outcomes.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstddef>
+
+#include "tests/support/device_link.h"
+
+namespace faults {
+
+namespace {
+
+using support::Lines;
+
+constexpr const char* Unsupported = "Firmware version not supported ! Please upgrade !";
+
+}  // namespace
+
+// clang-format off
+//                              found  message                caption    handle           open claimed lists
+const Ending AsUsual =         {"AsUsual",
+                                true,  nullptr,               "Message", Handle::Cleared, 0,   0,      0};
+// The enumeration failed: there is no list.
+const Ending NotListed =       {"NotListed",
+                                false, "",                    "",        Handle::Cleared, 0,   0,      0};
+// No controller that could be opened. The list stays allocated.
+const Ending NotFound =        {"NotFound",
+                                false, "",                    "",        Handle::Cleared, 0,   0,      1};
+// The name was read as nothing: no controller for the caller, who does not release it.
+const Ending LeftOpen =        {"LeftOpen",
+                                false, "",                    "",        Handle::Open,    1,   1,      0};
+// The controller was closed and the handle not cleared.
+const Ending NotClaimed =      {"NotClaimed",
+                                false, "",                    "",        Handle::Stale,   0,   0,      0};
+const Ending SettingsNotRead = {"SettingsNotRead",
+                                true,  Unsupported,           "Error",   Handle::Stale,   0,   0,      0};
+const Ending OpenRefused =     {"OpenRefused",
+                                true,  "File Open Error",     "Message", Handle::Cleared, 0,   0,      0};
+const Ending TransferRefused = {"TransferRefused",
+                                true,  "File Transfer Error", "Message", Handle::Cleared, 0,   0,      0};
+const Ending CloseRefused =    {"CloseRefused",
+                                true,  "File Close Error",    "Message", Handle::Cleared, 0,   0,      0};
+// clang-format on
+
+namespace {
+
+// The calls of `setup`, by number.
+constexpr int Init = 1, List = 2, Descriptor = 3, Open = 4, Name = 5, FreeList = 6, Claim = 7;
+constexpr int SetupCalls = 7;
+constexpr int ReleaseCalls = 2;
+
+/// What a failure in `setup` leads to, with every operation alike.
+struct SetupRow {
+    int call;
+    Kind kind;
+    const Ending& ending;
+    int callsMade;  ///< when it ends there: of `setup`, without the closing
+};
+
+// clang-format off
+const SetupRow SetupRows[] = {
+    {Init,       Kind::Error,     AsUsual,    0},
+    {Init,       Kind::Unplugged, NotFound,   List},
+    {List,       Kind::Error,     NotListed,  List},
+    {List,       Kind::Unplugged, NotFound,   List},
+    {Descriptor, Kind::Error,     NotFound,   Descriptor},
+    {Descriptor, Kind::Unplugged, NotFound,   Open},
+    {Open,       Kind::Error,     NotFound,   Open},
+    {Open,       Kind::Unplugged, NotFound,   Open},
+    {Name,       Kind::Error,     AsUsual,    0},
+    {Name,       Kind::Reply,     AsUsual,    0},
+    {Name,       Kind::NoName,    LeftOpen,   Claim},
+    {Name,       Kind::Unplugged, NotClaimed, Claim},
+    {Claim,      Kind::Error,     NotClaimed, Claim},
+    {Claim,      Kind::Unplugged, NotClaimed, Claim},
+};
+
+/// What a failure of a transfer leads to, by the transfer's number in the operation.
+struct TransferRow {
+    const char* subject;
+    int first, last;
+    const Ending& ending;
+    int transfersMade;
+    int done;           ///< after an error
+    int doneUnplugged;
+};
+
+const TransferRow TransferRows[] = {
+    // A write that fails is not noticed.
+    {"sendUSB",          1,  1,  AsUsual,         1,  0, 0},
+    {"sendConfig",       1,  1,  AsUsual,         1,  0, 0},
+    {"sendConfigCmd",    1,  1,  AsUsual,         1,  0, 0},
+    {"sendPal",          1,  1,  AsUsual,         1,  0, 0},
+    {"setBrightness",    1,  1,  AsUsual,         1,  0, 0},
+    {"sendLogo",         1,  1,  AsUsual,         1,  0, 0},
+    // A request that does not arrive brings no reply.
+    {"getSettings",      1,  2,  SettingsNotRead, 2,  0, 0},
+    {"getSettingsOlder", 1,  2,  SettingsNotRead, 2,  0, 0},
+    {"getUniqueId",      1,  2,  AsUsual,         2,  0, 0},
+    // Frames and their acknowledgements: open, three blocks, close.
+    {"uploadFile",       1,  2,  OpenRefused,     2,  0, 0},
+    {"uploadFile",       3,  4,  TransferRefused, 4,  0, 0},
+    {"uploadFile",       5,  6,  TransferRefused, 6,  0, 0},
+    {"uploadFile",       7,  8,  TransferRefused, 8,  0, 0},
+    {"uploadFile",       9,  9,  CloseRefused,    10, 0, 0},
+    {"uploadFile",       10, 10, CloseRefused,    10, 1, 1},  // The controller has the file already.
+    // A capture goes on without the frame.
+    {"receiveDump",      1,  2,  AsUsual,         4,  1, 0},
+    {"receiveDump",      3,  4,  AsUsual,         4,  1, 1},
+};
+// clang-format on
+
+const SetupRow& setupRow(int call, Kind kind) {
+    const auto* const found = std::ranges::find_if(
+        SetupRows, [&](const SetupRow& row) { return row.call == call && row.kind == kind; });
+    EXPECT_NE(found, std::end(SetupRows)) << "no row for call " << call;
+    return *found;
+}
+
+const TransferRow& transferRow(const std::string& subject, int transfer) {
+    const auto* const found = std::ranges::find_if(TransferRows, [&](const TransferRow& row) {
+        return row.subject == subject && row.first <= transfer && transfer <= row.last;
+    });
+    EXPECT_NE(found, std::end(TransferRows)) << "no row for " << subject << " " << transfer;
+    return *found;
+}
+
+Lines firstOf(const Lines& lines, int count) { return {lines.begin(), lines.begin() + count}; }
+
+/// What was not sent: the line without its bytes.
+void takeBytesAway(std::string& line) {
+    if (const auto colon = line.find(':'); colon != std::string::npos) {
+        line.erase(colon);
+    }
+}
+
+/// The lines as they are when the failure keeps bytes from being sent.
+Lines suffering(const Failure& failure, Lines lines) {
+    for (std::size_t i = static_cast<std::size_t>(failure.call) - 1; i < lines.size(); ++i) {
+        takeBytesAway(lines[i]);
+        if (failure.kind != Kind::Unplugged) {
+            break;
+        }
+    }
+    return lines;
+}
+
+Outcome setupOutcome(const Subject& subject, const Failure& failure) {
+    const SetupRow& row = setupRow(failure.call, failure.kind);
+    if (row.ending.found) {
+        return {row.ending, usualCalls(subject), subject.whole};
+    }
+    Lines calls = firstOf(support::setupLines(), row.callsMade);
+    if (row.ending.handle == Handle::Stale) {
+        calls.emplace_back("libusb_close #0");
+    }
+    return {row.ending, calls, 0};
+}
+
+Outcome transferOutcome(const Subject& subject, const Failure& failure) {
+    const TransferRow& row = transferRow(subject.name, failure.call - SetupCalls);
+    const Lines calls =
+        support::joined({support::setupLines(), firstOf(subject.transfers, row.transfersMade),
+                         support::releaseLines()});
+    const int done = failure.kind == Kind::Unplugged ? row.doneUnplugged : row.done;
+    return {row.ending, suffering(failure, calls), done};
+}
+
+}  // namespace
+
+support::Lines usualCalls(const Subject& subject) {
+    return support::joined({support::setupLines(), subject.transfers, support::releaseLines()});
+}
+
+Outcome outcomeOf(const Subject& subject, const Failure& failure) {
+    const auto transfers = static_cast<int>(subject.transfers.size());
+    if (failure.call <= SetupCalls) {
+        return setupOutcome(subject, failure);
+    }
+    if (failure.call > SetupCalls + transfers) {
+        return {AsUsual, usualCalls(subject), subject.whole};  // No result of a release matters.
+    }
+    if (failure.kind == Kind::Reply) {
+        // Any acknowledgement but the refusal accepts, and any reply to a capture is a frame.
+        const bool readsText = subject.name.starts_with("get");
+        return {AsUsual, usualCalls(subject), readsText ? -1 : subject.whole};
+    }
+    return transferOutcome(subject, failure);
+}
+
+}  // namespace faults

@@ -1,0 +1,48 @@
+#ifndef LUMADOT_TESTS_DEVICE_FAULTS_SUBJECTS_H
+#define LUMADOT_TESTS_DEVICE_FAULTS_SUBJECTS_H
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "simulator/bus.h"
+#include "tests/support/call_lines.h"
+
+namespace faults {
+
+/// An operation of the device link as the fault driver runs it, and what it does when nothing
+/// fails.
+struct Subject {
+    std::string name;
+    std::function<std::optional<bool>()> run;  ///< returns what the operation reports, if it does
+    support::Lines transfers;                  ///< as they are with device #0
+    std::string message = {};                  ///< of the box at the end, empty: none comes
+    unsigned long pause = 0;                   ///< ms, in every case
+    /// How much of its work has been done: `whole` when nothing fails.
+    std::function<int(const simulator::Controller&)> done;
+    int whole = 1;
+    simulator::SettingsLayout layout = simulator::SettingsLayout::Newer;
+};
+
+/// Every operation of the device link; reading the settings is there in both layouts.
+const std::vector<Subject>& subjects();
+
+/// What the board of a subject is made with: settings that differ from the tool's in every byte.
+simulator::ControllerOptions boardFor(const Subject& subject);
+
+/// Gives the tool the factory settings, and a version text and an id of another board.
+void setWhatTheToolHolds();
+
+/// The file that `uploadFile` uploads, 1100 bytes: three blocks. The captures are kept beside it.
+const std::string& uploadedFile();
+
+inline std::ostream& operator<<(std::ostream& stream, const Subject& subject) {
+    return stream << subject.name;
+}
+
+}  // namespace faults
+
+#endif

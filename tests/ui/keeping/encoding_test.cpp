@@ -1,0 +1,170 @@
+// File names with letters outside ASCII.
+
+#include <wx/filedlg.h>
+
+#include <clocale>
+#include <cstdlib>
+
+#include "app/main.h"
+#include "device/interfaceUSB.h"
+#include "tests/support/leaks_meant.h"
+#include "tests/support/message_box.h"
+#include "tests/support/toolkit.h"
+#include "tests/ui/keeping/keeping_fixture.h"
+#include "ui/palette.h"
+
+namespace {
+
+using std::filesystem::path;
+using support::Members;
+
+/// Each command's file dialog, in which a path was chosen whose every part is not ASCII.
+class FileNamedInUtf8 : public Keeping {
+protected:
+    FileNamedInUtf8() {
+        openWithSomeSettings();
+        std::filesystem::create_directory(file.parent_path());
+    }
+
+    void pick(const support::Dialogs::FileQuestion& question) {
+        dialogs.expectFile(question, wxString::FromUTF8(file.string()));
+    }
+
+    const path file =
+        folder.path() / "Gr\xC3\xB6\xC3\x9F\x65 \xE2\x82\xAC" / "\xC3\xBC.\xE6\x96\x87";
+
+    const support::Dialogs::FileQuestion loadConfig = {"Open Config file",
+                                                       "Config files (lumadot.dat)|lumadot.dat",
+                                                       wxFD_OPEN | wxFD_FILE_MUST_EXIST, ""};
+    const support::Dialogs::FileQuestion saveConfig = {
+        "Save Config file", "Config files (lumadot.dat)|lumadot.dat",
+        wxFD_SAVE | wxFD_OVERWRITE_PROMPT, "lumadot.dat"};
+    const support::Dialogs::FileQuestion loadPalette = {
+        "Open PAL file", "Palette files (*.pal)|*.pal", wxFD_OPEN | wxFD_FILE_MUST_EXIST, ""};
+    const support::Dialogs::FileQuestion savePalette = {
+        "Save PAL file", "Palette files (*.pal)|*.pal", wxFD_SAVE | wxFD_OVERWRITE_PROMPT,
+        "lumadot.pal"};
+    const support::Dialogs::FileQuestion upload = {"Upload File", "All files (*.*)|*.*",
+                                                   wxFD_OPEN | wxFD_FILE_MUST_EXIST, ""};
+};
+
+TEST_F(FileNamedInUtf8, HoldsSettings) {
+    pick(saveConfig);
+    choose(&Members::save_config);
+    EXPECT_THAT(support::readFile(file), testing::ElementsAreArray(SomeRecord));
+    setConfig({});
+    pick(loadConfig);
+    choose(&Members::load_config);
+    EXPECT_EQ(configBytes(), SomeRecord);
+}
+
+TEST_F(FileNamedInUtf8, HoldsAPalette) {
+    pick(savePalette);
+    choose(&Members::save_palette);
+    EXPECT_EQ(support::readFile(file).size(), 56U);
+    palette = support::Vga;
+    pick(loadPalette);
+    choose(&Members::load_palette);
+    EXPECT_EQ(palette, SomePalette);
+}
+
+TEST_F(FileNamedInUtf8, IsUploadedUnderThatName) {
+    const auto board = plug();
+    support::writeFile(file, Bytes{1, 2, 3});
+    pick(upload);
+    const wxString name = wxString::FromUTF8("\xC3\xBC.\xE6\x96\x87");
+    dialogs.expectText("Destination Filename", "Upload File", name, name);
+    support::expectPlainMessage(dialogs, "File Upload Successful !");
+    choose(&Members::upload_Device);
+    EXPECT_THAT(board->files(),
+                testing::ElementsAre(testing::Pair("\xC3\xBC.\xE6\x96\x87", Bytes{1, 2, 3})));
+}
+
+/// Where the user's encoding is unknown, such a file cannot be named; nothing may break.
+class FileNamedInUtf8InLocaleC : public FileNamedInUtf8 {
+protected:
+    FileNamedInUtf8InLocaleC() {
+        support::writeFile(file, SomeRecord);
+        std::setlocale(LC_CTYPE, "C");
+    }
+};
+
+TEST_F(FileNamedInUtf8InLocaleC, IsReportedByLoading) {
+    expectNothingChanges([this] {
+        pick(loadConfig);
+        support::expectPlainMessage(dialogs, "File Error");
+        choose(&Members::load_config);
+        pick(loadPalette);
+        support::expectPlainMessage(dialogs, "File Error");
+        choose(&Members::load_palette);
+    });
+}
+
+TEST_F(FileNamedInUtf8InLocaleC, IsNotTouchedBySaving) {
+    const support::LeaksMeant leaks;
+    expectNothingChanges([this] {
+        pick(saveConfig);
+        choose(&Members::save_config);
+        pick(savePalette);
+        support::expectPlainMessage(dialogs, "File Error");
+        choose(&Members::save_palette);
+    });
+    EXPECT_THAT(support::readFile(file), testing::ElementsAreArray(SomeRecord));
+}
+
+TEST_F(FileNamedInUtf8InLocaleC, IsReportedByUploading) {
+    plug();
+    pick(upload);
+    dialogs.expectText("Destination Filename", "Upload File",
+                       wxString::FromUTF8("\xC3\xBC.\xE6\x96\x87"), "a");
+    support::expectPlainMessage(dialogs, "File Error");
+    choose(&Members::upload_Device);
+    usb.release();
+}
+
+// The application's start
+
+class StartInLocale : public Keeping {
+protected:
+    StartInLocale() {
+        if (const char* before = std::getenv("LC_ALL")) {
+            before_ = before;
+        }
+    }
+    ~StartInLocale() override {
+        before_.empty() ? unsetenv("LC_ALL") : setenv("LC_ALL", before_.c_str(), 1);
+        delete wxGetApp().GetTopWindow();
+        wxGetApp().SetTopWindow(nullptr);
+    }
+
+    /// Starts the application in the locale of the environment.
+    void start(const char* environment) {
+        setenv("LC_ALL", environment, 1);
+        std::setlocale(LC_CTYPE, "C");
+        const support::LogCollector log;  // Adding the image formats twice is logged.
+        ASSERT_TRUE(wxGetApp().OnInit());
+        support::failOnToolkitAssertions();
+    }
+
+private:
+    std::string before_;
+};
+
+TEST_F(StartInLocale, TakesTheEncodingOfFileNamesFromTheEnvironment) {
+    start("C.UTF-8");
+    EXPECT_STREQ(std::setlocale(LC_CTYPE, nullptr), "C.UTF-8");
+    EXPECT_STREQ(wxString::FromUTF8("\xC3\xBC").mb_str(wxConvLibc), "\xC3\xBC");
+}
+
+TEST_F(StartInLocale, LeavesNumbersAndTexts) {
+    start("C.UTF-8");
+    EXPECT_STREQ(std::setlocale(LC_NUMERIC, nullptr), "C");
+    EXPECT_STREQ(std::setlocale(LC_MESSAGES, nullptr), "C");
+}
+
+TEST_F(StartInLocale, SurvivesALocaleThatIsNotInstalled) {
+    start("xx_XX.nowhere");
+    EXPECT_STREQ(std::setlocale(LC_CTYPE, nullptr), "C");
+}
+
+}  // namespace

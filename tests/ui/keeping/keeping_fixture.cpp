@@ -1,0 +1,63 @@
+#include "tests/ui/keeping/keeping_fixture.h"
+
+#include <bit>
+#include <clocale>
+#include <sstream>
+
+#include "device/interfaceUSB.h"
+#include "tests/support/bus_log.h"
+#include "ui/palette.h"
+
+using support::Members;
+
+Keeping::Keeping() { std::setlocale(LC_CTYPE, "C.UTF-8"); }
+
+Keeping::~Keeping() { std::setlocale(LC_CTYPE, "C"); }
+
+void Keeping::openWithSomeSettings() {
+    open();
+    setConfig(SomeRecord);
+    window().setConfig(config);
+    palette = SomePalette;
+    window().setPal(palette.data());
+}
+
+void Keeping::setConfig(const RecordBytes& bytes) {
+    config = std::bit_cast<configDescriptor>(bytes);
+}
+
+RecordBytes Keeping::configBytes() { return std::bit_cast<RecordBytes>(config); }
+
+std::string Keeping::controls() {
+    std::ostringstream text;
+    text << "modes checked:";
+    for (const int mode : support::checkedModes(window())) {
+        text << " " << mode;
+    }
+    text << "\ncolours shown:";
+    for (const int colour : support::shownColours(window())) {
+        text << " " << colour;
+    }
+    text << "\npainted: " << support::hex(support::paintedPalette(window()))
+         << "\npreset: " << the(&Members::set_pal).GetSelection()
+         << "\nbrightness: " << the(&Members::brightness_Slider).GetValue()
+         << "\nenhancer: " << the(&Members::enhancer_CheckBox).GetValue()
+         << "\ndump: " << the(&Members::dump_CheckBox).GetValue()
+         << "\nmode 1: " << the(&Members::wpc_Label).GetLabel().utf8_string()
+         << "\nmode 2 shown: " << the(&Members::set_Stern).IsShown() << "\n";
+    return text.str();
+}
+
+std::string Keeping::everything() {
+    return controls() + "config: " + support::hex(configBytes()) +
+           "\npalette: " + support::hex(palette) + "\nversion: " + versionString +
+           "\nid: " + UIDString + "\n";
+}
+
+void Keeping::expectNothingChanges(const std::function<void()>& command) {
+    bus.clearCalls();
+    const std::string before = everything();
+    command();
+    EXPECT_EQ(everything(), before);
+    EXPECT_THAT(support::busCalls(), testing::IsEmpty());
+}
