@@ -16,8 +16,10 @@ using Stream = std::unique_ptr<std::FILE, Closer>;
 /// Opens `path` as `fopen` does; null when it cannot be opened.
 inline Stream open(const char* path, const char* mode) {
     std::error_code ignored;
-    // A named pipe would keep the window waiting for its other end.
-    if (std::filesystem::is_fifo(path, ignored)) {
+    const auto kind = std::filesystem::status(path, ignored).type();
+    // A pipe or a terminal would keep the window waiting for what comes out of it.
+    if (kind == std::filesystem::file_type::fifo ||
+        (kind == std::filesystem::file_type::character && *mode == 'r')) {
         return nullptr;
     }
     return Stream(std::fopen(path, mode));

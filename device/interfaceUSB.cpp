@@ -47,13 +47,16 @@ constexpr unsigned int DumpReplyTimeout = 10000;   // ms
 constexpr unsigned long ReconnectPause = 100;      // ms between two attempts
 
 constexpr std::size_t PaletteSize = 48;
-constexpr int MinBrightness = 10;  // Not 0 on purpose: the display stays readable.
+constexpr int MinBrightness = 10;  // Not 0 on purpose.
 constexpr int MaxBrightness = 255;
 constexpr unsigned long BrightnessPause = 50;  // ms
 
 /// True while a capture lets window events run: an operation that one of them starts takes the
 /// capture's connection over, because no second one could claim the interface.
 bool connectionLent = false;
+
+/// True while the handle is one that an operation has left open and claimed on purpose.
+bool leftOpen = false;
 
 /// The whole frame to the open controller; the result is ignored.
 void sendFrame(CommandFrame& frame) {
@@ -85,7 +88,9 @@ void openFirstController() {
     for (std::int32_t i = 0; i < count; ++i) {
         libusb_get_device_descriptor(devs[i], &desc);
         if (desc.idVendor == VendorId && desc.idProduct == ProductId) {
-            libusb_open(devs[i], &MyLibusbDeviceHandle);
+            if (libusb_open(devs[i], &MyLibusbDeviceHandle) == 0) {
+                leftOpen = false;
+            }
             return;
         }
     }
@@ -242,6 +247,7 @@ int USBClass::setup() {
         libusb_close(MyLibusbDeviceHandle);  // The global handle is not cleared on purpose.
         return variant::None;
     }
+    leftOpen = found == variant::None;
     return found;
 }
 
@@ -249,6 +255,7 @@ int USBClass::release() {
     libusb_release_interface(MyLibusbDeviceHandle, Interface);
     libusb_close(MyLibusbDeviceHandle);
     MyLibusbDeviceHandle = nullptr;
+    leftOpen = false;
     return 1;
 }
 
@@ -347,8 +354,9 @@ void USBClass::uploadFile(const char* localPath, const char* destinationName) {
     }
     file::Stream stream = file::open(localPath, "rb");
     if (!stream) {
+        leftOpen = true;  // The controller stays open and claimed on purpose.
         wxMessageBox("File Error");
-        return;  // The controller stays open and claimed on purpose.
+        return;
     }
     const long length = file::length(stream.get());
     const bool fits = length >= 0 && length <= std::numeric_limits<std::int32_t>::max();
@@ -406,12 +414,26 @@ void USBClass::receiveDump(unsigned char mode, wxString directory) {
     }
 }
 
+/// Gives back or forgets what is in the handle, so that no stale one gets to the library.
+void USBClass::dropHandle() {
+    if (leftOpen) {
+        release();
+    }
+    MyLibusbDeviceHandle = nullptr;
+}
+
 /// After another operation has taken the connection over. False: not yet.
 bool USBClass::reconnect() {
-    MyLibusbDeviceHandle = nullptr;  // If that operation left one behind, it is closed.
+    dropHandle();
     if (setup() != variant::None) {
         return true;
     }
+    if (MyLibusbDeviceHandle == nullptr && devs != nullptr) {
+        libusb_free_device_list(devs,
+                                1);  // An attempt that comes again and again must not pile up.
+        devs = nullptr;
+    }
+    dropHandle();
     wxMilliSleep(ReconnectPause);
     return false;
 }

@@ -22,8 +22,9 @@ inline constexpr int Xl = 3;        ///< product string "LUMADOT XL"
 /// out and 0x81 in.
 ///
 /// Every operation opens its own connection: `setup`, transfers, `release`. Nothing is held between
-/// two user actions. All operations run on the GUI thread and block it for as long as their
-/// transfers take. Failures are silent unless an operation says otherwise.
+/// two user actions, but for a capture, which holds its connection until it ends. All operations
+/// run on the GUI thread and block it for as long as their transfers take. Failures are silent
+/// unless an operation says otherwise.
 class USBClass {
 public:
     virtual ~USBClass();
@@ -78,13 +79,15 @@ public:
     bool sendLogo();
 
 private:
+    void dropHandle();
     bool reconnect();
 };
 
 /// The list of the last enumeration.
 extern libusb_device** devs;
-/// The open handle. Only `release` clears it: a path that closes without clearing leaves it behind,
-/// and the next `setup` that finds no controller goes on with it. This is meant.
+/// The open handle. Only `release`, and a capture that looks for its controller again, clear it: a
+/// path that closes without clearing leaves it behind, and the next `setup` that finds no
+/// controller goes on with it. This is meant.
 extern libusb_device_handle* MyLibusbDeviceHandle;
 /// The descriptor of the device that was looked at last.
 extern libusb_device_descriptor desc;

@@ -16,7 +16,8 @@ struct Picture {
           light(static_cast<std::size_t>(width) * static_cast<std::size_t>(height)) {}
 
     void set(int x, int y, int value) {
-        light[static_cast<std::size_t>(y * width + x)] = static_cast<std::uint8_t>(value);
+        light[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
+              static_cast<std::size_t>(x)] = static_cast<std::uint8_t>(value);
     }
 
     int width;

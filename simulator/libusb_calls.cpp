@@ -206,7 +206,6 @@ ErrorText errorText(int code) {
 }  // namespace simulator
 
 using simulator::CallInProgress;
-using simulator::LibraryCalls;
 
 int libusb_init(libusb_context** context) {
     return CallInProgress("libusb_init").run([&] {

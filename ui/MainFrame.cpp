@@ -84,12 +84,12 @@ void MainFrame::setConfig(configDescriptor /*settings*/) {
     Refresh();
 }
 
-/// The large board has two modes only; its first platform has a caption of its own.
+/// The large board has the modes 0 and 1 only, and mode 1 has a caption of its own there.
 void MainFrame::showBoardVariant() {
-    constexpr std::size_t FirstPlatform = 2;
+    constexpr std::size_t FirstHidden = 2;
     const bool large = isLargeBoard();
     wpc_Label->SetLabel(large ? _("Sega192x64") : _("Bally/Williams"));
-    for (std::size_t mode = FirstPlatform; mode < modeButtons.size(); ++mode) {
+    for (std::size_t mode = FirstHidden; mode < modeButtons.size(); ++mode) {
         (this->*modeButtons[mode])->Show(!large);
     }
     Layout();  // Otherwise the gaps would close at the next resize only.
@@ -305,7 +305,8 @@ void MainFrame::dump_CheckBox_Clicked(wxCommandEvent& event) {
     capture(dialog.GetPath());
 }
 
-/// Captures into `folder` until the box is unticked, and goes on with the next folder if the box
+/// Captures into `folder` until the box is unticked or the window is closed, not at all without a
+/// controller, and goes on with the next folder if the box
 /// was ticked again before the capture had come to its end: inside its own event handling it could
 /// neither be left nor be heard.
 void MainFrame::capture(const wxString& folder) {

@@ -6,8 +6,8 @@
 #include "ui/layout/wxcrafter.h"
 
 /// The controller window: reads the controller's settings when it is made, shows them, and answers
-/// the user. It keeps no state of its own; everything it works on is the device link's globals and
-/// `palette`.
+/// the user. It has no members of its own; what it works on are the device link's globals and
+/// `palette`, and what happens to it during a capture is remembered beside it.
 class MainFrame : public MainFrameBaseClass {
 public:
     explicit MainFrame(wxWindow* parent);

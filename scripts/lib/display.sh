@@ -11,7 +11,8 @@ with_display() (
     trap 'stop_display' EXIT
 
     : >"$logs/number"
-    Xvfb -displayfd 3 -screen 0 1280x1024x24 3>"$logs/number" >"$logs/Xvfb" 2>&1 &
+    # Without -noreset the server starts anew when its last client leaves, and refuses the next one.
+    Xvfb -noreset -displayfd 3 -screen 0 1280x1024x24 3>"$logs/number" >"$logs/Xvfb" 2>&1 &
     server=$!
     wait_for Xvfb "$server" has_line "$logs/number" || exit 1
     DISPLAY=":$(<"$logs/number")"

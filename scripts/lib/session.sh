@@ -12,7 +12,15 @@ start_tool() {
         LUMADOT_SIM_LOG="$LOG" "$program" "$@" &
     TOOL=$!
     wait_until "the window is there" window_is_there
-    xdotool windowactivate --sync "$WINDOW"
+    activate "$WINDOW"
+}
+
+# Not with xdotool's --sync, which waits for ever when the window manager has missed the request.
+activate() { wait_until "window $1 is active" is_active "$1"; }
+
+is_active() {
+    xdotool windowactivate "$1" 2>/dev/null || return 1
+    [[ $(xdotool getactivewindow 2>/dev/null) == "$1" ]]
 }
 
 window_is_there() {

@@ -14,7 +14,7 @@ folder_dialog_is_there() {
   [[ -n $DIALOG ]]
 }
 wait_until "the folder dialog is there" folder_dialog_is_there
-xdotool windowactivate --sync "$DIALOG"
+activate "$DIALOG"
 press alt+Home
 folder_is_taken() {
   folder_dialog_is_there || return 0

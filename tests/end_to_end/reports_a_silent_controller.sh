@@ -3,10 +3,13 @@
 # shellcheck source=tests/end_to_end/common.sh
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh" "$@"
 
-message_is_there() { xdotool search --onlyvisible --name '^Error$' >/dev/null 2>&1; }
+message_is_there() {
+  MESSAGE=$(xdotool search --onlyvisible --name '^Error$' 2>/dev/null | head -n 1)
+  [[ -n $MESSAGE ]]
+}
 answer_message() {
   wait_until "the message is there" message_is_there
-  xdotool search --onlyvisible --name '^Error$' windowactivate --sync
+  activate "$MESSAGE"
   press Return
 }
 answer_message &

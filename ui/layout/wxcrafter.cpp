@@ -57,7 +57,7 @@ constexpr std::array PlatformLabels = {wxTRANSLATE("Stern S.A.M."),
                                        wxTRANSLATE("Inder / SPinball"),
                                        wxTRANSLATE("Sleic / Petaco"),
                                        wxTRANSLATE("HomePin")};
-constexpr std::size_t FirstPlatform = 2;
+constexpr std::size_t FirstLabelled = 2;
 
 // Not translated.
 constexpr std::array PresetNames = {
@@ -153,8 +153,7 @@ void MainFrameBaseClass::fillModeColumn(wxSizer* column) {
     const int border = FromDIP(Border);
 
     addLabel(column, pinmame_Label, _("PinMame mode with input from :"), 0);
-    set_PinMame = addMode(column, _("USB port"));
-    set_PinMame->SetValue(true);
+    set_PinMame = addMode(column, _("USB port"), true);
     addLabel(column, pinball_Label, _("Pinball mode with input from :"), 0);
 
     // The first platform's caption is a text of its own, so that it can change with the board.
@@ -170,8 +169,8 @@ void MainFrameBaseClass::fillModeColumn(wxSizer* column) {
     wpcRow->Add(wpc_Label, 0, wxALL, 0);
 
     for (std::size_t i = 0; i < PlatformLabels.size(); ++i) {
-        this->*modeButtons[FirstPlatform + i] =
-            addMode(column, wxGetTranslation(PlatformLabels[i]));
+        this->*modeButtons[FirstLabelled + i] =
+            addMode(column, wxGetTranslation(PlatformLabels[i]), false);
     }
 
     column->Add(0, 0, 1, wxALL, border);
@@ -210,9 +209,9 @@ void MainFrameBaseClass::addLabel(wxSizer* column, wxStaticText*& member, const 
 }
 
 /// No button starts a group (wxRB_GROUP), so that all sixteen exclude each other.
-wxRadioButton* MainFrameBaseClass::addMode(wxSizer* column, const wxString& label) {
+wxRadioButton* MainFrameBaseClass::addMode(wxSizer* column, const wxString& label, bool selected) {
     auto* button = new wxRadioButton(this, wxID_ANY, label);
-    button->SetValue(false);
+    button->SetValue(selected);
     column->Add(button, 0, wxALL, FromDIP(Border));
     return button;
 }

@@ -160,7 +160,7 @@ private:
     void buildMenus();
     void fillModeColumn(wxSizer* column);
     void fillPaletteColumn(wxSizer* column);
-    wxRadioButton* addMode(wxSizer* column, const wxString& label);
+    wxRadioButton* addMode(wxSizer* column, const wxString& label, bool selected);
     wxCheckBox* addCheckBox(wxSizer* column, const wxString& label);
     void addLabel(wxSizer* column, wxStaticText*& member, const wxString& label, int align);
     void addColours(wxSizer* column, std::size_t first, std::size_t count);

@@ -19,8 +19,8 @@ public:
     /// Runs the subject and compares everything that can be seen of it with what must come of it.
     void expect(const Outcome& outcome);
 
-    /// The tool's settings and texts as at the start, a board that nobody has talked to, an empty
-    /// log; the bus and the global handle stay as the last run left them.
+    /// The tool holds what it held before the first run, the board is one that nobody has talked
+    /// to, and the log is empty; the bus and the global handle stay as the last run left them.
     void goOnWith(const Subject& subject);
     /// The controller leaves the bus.
     void unplug() { bus.unplug(0); }
