@@ -389,6 +389,7 @@ void USBClass::uploadFile(const char* localPath, const char* destinationName) {
     wxMessageBox(failure != nullptr ? failure : "File Upload Successful !");
 }
 
+// cppcheck-suppress passedByValue ; as its callers expect it
 void USBClass::receiveDump(unsigned char mode, wxString directory) {
     const std::int64_t start = wxGetLocalTimeMillis().GetValue();
     const InputModeInfo& info = inputMode(mode);

@@ -15,6 +15,7 @@
 struct configDescriptor {
     /// Sets bytes 0..9 and 19..22 to the factory settings. Bytes 10..18 are left alone on purpose:
     /// they are zero in the global `config`, and undefined in a record on the stack.
+    // cppcheck-suppress uninitMemberVar
     configDescriptor();
 
     std::uint8_t inputMode = 0;      ///< byte 0: number of an InputMode, 0..15

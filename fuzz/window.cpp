@@ -8,9 +8,15 @@
 #include <wx/msgdlg.h>
 
 #include <clocale>
+#include <cstring>
 #include <fstream>
 
 #include "simulator/bus.h"
+
+/// The toolkit reads the chosen path from GTK's dialog, which holds none while it is not shown.
+extern "C" char* gtk_file_chooser_get_filename(void* /*dialog*/) {
+    return strdup(fuzz::inputFile().c_str());
+}
 
 namespace fuzz {
 

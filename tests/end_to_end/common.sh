@@ -2,7 +2,9 @@
 # Start of every end-to-end test: common.sh PROGRAM BUS_FOLDER. Leaves PROGRAM, BUS, LOG, WORK and the
 # functions of a session.
 set -euo pipefail
+# shellcheck disable=SC2034  # For the tests that source this file.
 PROGRAM=$1
+# shellcheck disable=SC2034
 BUS=$2
 WORK=$(mktemp -d)
 trap 'rm -rf "$WORK"' EXIT
