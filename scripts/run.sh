@@ -24,8 +24,8 @@ has_controller() {
 }
 
 need_packages "${BUILD_PACKAGES[@]}"
-cmake --preset release -DLUMADOT_TESTS=OFF >build.log 2>&1 || { cat build.log; exit 1; }
-rm build.log
+mkdir -p build
+cmake --preset release >build/configure.log 2>&1 || { cat build/configure.log; exit 1; }
 echo "Building $build/lumadot-tool"
 cmake --build --preset release --target lumadot-tool usb_standin
 
