@@ -1,7 +1,6 @@
 #include "device/dump_format.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <cstring>
 
 namespace dump {
@@ -41,6 +40,17 @@ constexpr std::array<std::uint64_t, 256> spreadTable() {
 
 constexpr std::array<std::uint64_t, 256> Spread = spreadTable();
 
+/// "0x%08x" and a line end, without the cost of a formatted write.
+char* writeStamp(char* out, std::uint32_t stamp) {
+    constexpr std::string_view Digits = "0123456789abcdef";
+    *out++ = '0';
+    *out++ = 'x';
+    for (int shift = 28; shift >= 0; shift -= 4) {
+        *out++ = Digits[stamp >> static_cast<unsigned>(shift) & 0xFU];
+    }
+    return std::ranges::copy(LineEnd, out).out;
+}
+
 }  // namespace
 
 Request request(std::uint8_t planes) { return {0x02, 0xC3, 0xE8, planes}; }
@@ -68,8 +78,7 @@ TextEncoder::TextEncoder(const DotRule& rule, const Geometry& display)
 
 std::string_view TextEncoder::encode(std::uint32_t stamp, std::span<const std::uint8_t> planes) {
     takePlanes(planes);
-    std::snprintf(block_.data(), block_.size(), "0x%08x\r\n", stamp);
-    char* out = block_.data() + StampLine;
+    char* out = writeStamp(block_.data(), stamp);
     for (std::size_t row = 0; row < display_.rows; ++row) {
         out = writeLine(out, row);
     }
@@ -79,12 +88,13 @@ std::string_view TextEncoder::encode(std::uint32_t stamp, std::span<const std::u
 
 /// Fills the sums from the planes.
 void TextEncoder::takePlanes(std::span<const std::uint8_t> planes) {
-    const std::size_t held = std::min(planes.size(), frame_.size());
-    const auto rest = std::copy_n(planes.begin(), held, frame_.begin());
-    std::fill(rest, frame_.end(), std::uint8_t{0});
-    if (rule_.sum == DotRule::Sum::Weighted) {
-        std::ranges::copy(frame_, sums_.begin());
-    } else {
+    const bool weighted = rule_.sum == DotRule::Sum::Weighted;
+    const std::span<std::uint8_t> frame(weighted ? sums_ : frame_);
+    const std::size_t wanted = rule_.planes * display_.planeBytes();
+    const std::size_t held = std::min(planes.size(), wanted);
+    const auto rest = std::copy_n(planes.begin(), held, frame.begin());
+    std::fill(rest, frame.end(), std::uint8_t{0});
+    if (!weighted) {
         countPlanes();
     }
 }
