@@ -61,6 +61,18 @@ choose_device_item() {
 
 # Closes the window as a user does, and returns the tool's exit code.
 close_tool() {
-    press alt+F4
+    local asked=-1
+    wait_until "the tool has ended" ask_to_close || return 1
     wait "$TOOL"
+}
+
+# Once a second: the window manager takes its keys anew when a keyboard appears, as it does with the
+# first key from here, and misses what is pressed meanwhile.
+ask_to_close() {
+    kill -0 "$TOOL" 2>/dev/null || return 0
+    if ((SECONDS > asked)); then
+        press alt+F4
+        asked=$SECONDS
+    fi
+    return 1
 }
