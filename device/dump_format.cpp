@@ -127,8 +127,8 @@ char* TextEncoder::writeLine(char* out, std::size_t row) const {
         std::uint64_t dots = Spread[sums[i]] | Spread[sums[planeBytes + i]] << 1U |
                              Spread[sums[2 * planeBytes + i]] << 2U |
                              Spread[sums[3 * planeBytes + i]] << 3U;
-        dots |=
-            dots >> 4U;  // The right dot of each pair into the high half of the left one's byte.
+        // The right dot of each pair into the high half of the left one's byte.
+        dots |= dots >> 4U;
         for (std::size_t pair = 0; pair < DotsPerByte / 2; ++pair) {
             std::memcpy(out, pairs_[dots >> (16 * pair) & 0xFFU].data(), sizeof(Pair));
             out += sizeof(Pair);

@@ -430,8 +430,8 @@ bool USBClass::reconnect() {
         return true;
     }
     if (MyLibusbDeviceHandle == nullptr && devs != nullptr) {
-        libusb_free_device_list(devs,
-                                1);  // An attempt that comes again and again must not pile up.
+        // An attempt that comes again and again must not pile up.
+        libusb_free_device_list(devs, 1);
         devs = nullptr;
     }
     dropHandle();

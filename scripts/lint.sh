@@ -26,7 +26,7 @@ check_clang_tidy() {
 check_cppcheck() {
     cppcheck --quiet --std=c++20 --language=c++ --library=wxwidgets -I . \
         --enable=warning,performance,portability --inline-suppr --error-exitcode=1 \
-        app device ui simulator
+        app device ui simulator fuzz bench
 }
 
 check_shell() {

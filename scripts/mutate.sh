@@ -7,7 +7,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 # shellcheck source=scripts/lib/packages.sh
 source scripts/lib/packages.sh
 
-list=tests/mutations.txt
+list=build/mutate/tree/tests/mutations.txt # The copy, which nobody edits meanwhile.
 first=${1:-1}
 last=${2:-9999}
 tree=build/mutate/tree

@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "tests/device/real_library/real_library.h"
-#include "tests/support/leaks_meant.h"
 #include "tests/support/odd_files.h"
 #include "tests/support/temporary_folder.h"
 
@@ -68,9 +67,7 @@ struct Refusal {
 };
 
 class RealLibraryUploadRefused : public RealLibraryUpload,
-                                 public testing::WithParamInterface<Refusal> {
-    const support::LeaksMeant leaks_;
-};
+                                 public testing::WithParamInterface<Refusal> {};
 
 TEST_P(RealLibraryUploadRefused, EndsThereReleased) {
     const MockedUsbfs controller;

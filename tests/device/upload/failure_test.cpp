@@ -1,7 +1,6 @@
 // Uploads that end early: refused, not answered, or without a controller.
 
 #include "tests/device/upload/upload_fixture.h"
-#include "tests/support/leaks_meant.h"
 
 namespace {
 
@@ -49,8 +48,6 @@ protected:
         expectReleased();
         EXPECT_EQ(support::timesOpen(folder.path() / "local.bin"), 1) << "left open on purpose";
     }
-
-    const support::LeaksMeant leaks;
 };
 
 class RefusedUpload : public FailingUpload, public testing::WithParamInterface<Stage> {};

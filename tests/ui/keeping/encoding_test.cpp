@@ -7,7 +7,6 @@
 
 #include "app/main.h"
 #include "device/interfaceUSB.h"
-#include "tests/support/leaks_meant.h"
 #include "tests/support/message_box.h"
 #include "tests/support/toolkit.h"
 #include "tests/ui/keeping/keeping_fixture.h"
@@ -101,7 +100,6 @@ TEST_F(FileNamedInUtf8InLocaleC, IsReportedByLoading) {
 }
 
 TEST_F(FileNamedInUtf8InLocaleC, IsNotTouchedBySaving) {
-    const support::LeaksMeant leaks;
     expectNothingChanges([this] {
         pick(saveConfig);
         choose(&Members::save_config);

@@ -5,7 +5,6 @@
 #include <algorithm>
 
 #include "device/interfaceUSB.h"
-#include "tests/support/leaks_meant.h"
 #include "tests/support/message_box.h"
 #include "tests/support/odd_files.h"
 #include "tests/support/page_examples.h"
@@ -240,9 +239,7 @@ TEST_F(PaletteFile, IsNotSavedWhenTheDialogIsCancelled) {
     EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
 }
 
-class UnwritablePaletteFile : public PaletteFile, public testing::WithParamInterface<Place> {
-    const support::LeaksMeant leaks;
-};
+class UnwritablePaletteFile : public PaletteFile, public testing::WithParamInterface<Place> {};
 
 TEST_P(UnwritablePaletteFile, IsReportedAndChangesNothing) {
     const path chosen = GetParam().make(folder.path());

@@ -8,7 +8,6 @@
 
 #include "device/interfaceUSB.h"
 #include "simulator/bus.h"
-#include "tests/support/leaks_meant.h"
 #include "tests/support/members.h"
 #include "tests/support/odd_files.h"
 #include "tests/support/temporary_folder.h"
@@ -108,7 +107,6 @@ TEST_F(RealDialogs, AskBeforeAFileIsReplaced) {
 }
 
 TEST_F(RealDialogs, ReportAFileOfTheWrongLength) {
-    const support::LeaksMeant leaks;
     const std::string file = pathOf("lumadot.dat");
     support::writeFile(file, Bytes(24, 3));
     user.opensFile("Open Config file", file);

@@ -7,7 +7,6 @@
 #include <chrono>
 
 #include "device/interfaceUSB.h"
-#include "tests/support/leaks_meant.h"
 #include "tests/support/message_box.h"
 #include "tests/support/odd_files.h"
 #include "tests/support/page_examples.h"
@@ -205,9 +204,7 @@ path sparse(const path& folder, std::uintmax_t size) {
     return file;
 }
 
-class RefusedSettingsFile : public SettingsFile, public testing::WithParamInterface<Refused> {
-    const support::LeaksMeant leaks;
-};
+class RefusedSettingsFile : public SettingsFile, public testing::WithParamInterface<Refused> {};
 
 TEST_P(RefusedSettingsFile, IsReportedAtOnceAndChangesNothing) {
     const path chosen = GetParam().make(folder.path());
@@ -261,7 +258,6 @@ TEST_F(SettingsFile, WithoutReadPermissionIsRefused) {
 }
 
 TEST_F(SettingsFile, IsLoadedAfterOneThatWasRefused) {
-    const support::LeaksMeant leaks;
     sized(folder.path(), 22);
     dialogs.expectFile(LoadQuestion, wxString::FromUTF8(file.string()));
     support::expectPlainMessage(dialogs, "File Error");

@@ -5,7 +5,6 @@
 
 #include "device/interfaceUSB.h"
 #include "tests/support/bus_log.h"
-#include "tests/support/leaks_meant.h"
 #include "tests/support/message_box.h"
 #include "tests/support/odd_files.h"
 #include "tests/support/toolkit.h"
@@ -162,9 +161,7 @@ struct Refusal {
     const char* message;
 };
 
-class RefusedUploadCommand : public UploadCommand, public testing::WithParamInterface<Refusal> {
-    const support::LeaksMeant leaks;
-};
+class RefusedUploadCommand : public UploadCommand, public testing::WithParamInterface<Refusal> {};
 
 TEST_P(RefusedUploadCommand, EndsWithTheMessageOfItsPhase) {
     board->refuseUploadFrame(GetParam().frame);

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <array>
+#include <deque>
 #include <string>
 #include <vector>
 
@@ -88,8 +89,7 @@ constexpr std::array InOrder = {
 };
 
 TEST_F(Controls, AreTheFramesOwnChildrenInTheOrderOfTheColumnsWithTheirLabelsAndStyles) {
-    std::vector<std::string> texts;  // Keeps what the rows point at.
-    texts.reserve(2 * frame.GetChildren().size());
+    std::deque<std::string> texts;  // Keeps what the rows point at.
     std::vector<Row> children;
     for (const wxWindow* child : frame.GetChildren()) {
         const auto& type =
