@@ -223,7 +223,7 @@ std::string describe(const Call& call) {
     say("length", call.length);
     say("timeout", call.timeout);
     text += call.countAsked ? " counted" : "";
-    text += call.staleHandle ? " stale" : "";
+    text += call.stale ? " stale" : "";
     text += " result=" + std::to_string(call.result);
     const auto at = std::chrono::floor<std::chrono::milliseconds>(call.at.time_since_epoch());
     text += " at=" + std::to_string(at.count());

@@ -18,12 +18,13 @@ struct Call {
     int device = -1;            ///< number of the device in order of plugging in, -1: none
     /// Bulk transfers: 0x01 or 0x81; claim and release: the interface; string reads: the index.
     int endpoint = -1;
-    int length = -1;           ///< bytes offered or asked for
-    int timeout = -1;          ///< ms, as asked for
-    bool countAsked = false;   ///< bulk transfers: the client wants the transferred count
-    bool staleHandle = false;  ///< the handle was null, closed, or never opened
-    Packet data = {};          ///< bytes that went over the wire, whole
-    int result = 0;            ///< what the call returned
+    int length = -1;          ///< bytes offered or asked for
+    int timeout = -1;         ///< ms, as asked for
+    bool countAsked = false;  ///< bulk transfers: the client wants the transferred count
+    /// The handle was null, closed, or never opened; or the device list was freed before.
+    bool stale = false;
+    Packet data = {};                               ///< bytes that went over the wire, whole
+    int result = 0;                                 ///< what the call returned
     std::chrono::steady_clock::time_point at = {};  ///< when the call was entered, in real time
 };
 
@@ -55,8 +56,8 @@ struct Device {
 /// Behaves as Linux does where the tool can tell: an interface that one handle holds cannot be
 /// claimed through another (LIBUSB_ERROR_BUSY), a device that has gone answers
 /// LIBUSB_ERROR_NO_DEVICE, a transfer on an interface that is not claimed fails with
-/// LIBUSB_ERROR_IO. What the real library would not survive (a null or closed handle) is
-/// reported in the log and answered with LIBUSB_ERROR_NO_DEVICE.
+/// LIBUSB_ERROR_IO. What the real library would not survive (a null or closed handle, a list freed
+/// twice) is reported in the log and answered with LIBUSB_ERROR_NO_DEVICE.
 ///
 /// Faults: an error code as `result` keeps the call from having any effect, unless bytes are to
 /// arrive all the same (`reply`). Any other `result` is only claimed: the call does its work.

@@ -51,7 +51,7 @@ public:
             slot().present = false;
         }
         const bool bytesArrive = fault.reply && call.endpoint == inEndpoint;
-        if (call.staleHandle) {
+        if (call.stale) {
             call.result = LIBUSB_ERROR_NO_DEVICE;
         } else if (bytesArrive || fault.result.value_or(0) >= 0) {
             call.result = work();
@@ -71,7 +71,7 @@ public:
 private:
     void setDevice(int number) {
         call.device = number;
-        call.staleHandle = number < 0;
+        call.stale = number < 0;
     }
 };
 

@@ -188,6 +188,6 @@ TEST_F(BusFaultTest, StaleHandleTakesTheFaultsResultToo) {
     libusb_close(handle);
     bus.inject({.function = "libusb_claim_interface", .result = 0, .unplug = true});
     EXPECT_EQ(libusb_claim_interface(handle, 0), 0);
-    EXPECT_TRUE(last().staleHandle);
+    EXPECT_TRUE(last().stale);
     EXPECT_EQ(bus.claimedInterfaces(), 0);
 }

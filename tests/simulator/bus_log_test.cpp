@@ -43,7 +43,7 @@ TEST_F(BusLogTest, CallsAreLoggedInOrderWithTheirTime) {
 TEST_F(BusLogTest, LineTellsParametersResultAndBytes) {
     const std::pair<Call, std::string> cases[] = {
         {{.function = "libusb_init", .at = atMs(7)}, "libusb_init result=0 at=7"},
-        {{.function = "libusb_claim_interface", .endpoint = 0, .staleHandle = true, .result = -4},
+        {{.function = "libusb_claim_interface", .endpoint = 0, .stale = true, .result = -4},
          "libusb_claim_interface interface=0 stale result=-4 at=0"},
         {{.function = "libusb_get_string_descriptor_ascii",
           .device = 1,

@@ -48,8 +48,19 @@ TEST_F(BusTest, ListEndsWithNullAndIsCountedUntilFreed) {
     EXPECT_EQ(bus.deviceLists(), 1);
     libusb_free_device_list(list, 1);
     EXPECT_EQ(bus.deviceLists(), 0);
+}
+
+TEST_F(BusTest, ListThatIsFreedTwiceIsReportedAndNoListIsNot) {
+    libusb_device** list = nullptr;
+    libusb_get_device_list(nullptr, &list);
+    bus.clearCalls();
+    libusb_free_device_list(list, 1);
     libusb_free_device_list(list, 1);
     libusb_free_device_list(nullptr, 1);
+    ASSERT_EQ(bus.calls().size(), 3U);
+    EXPECT_FALSE(bus.calls()[0].stale);
+    EXPECT_TRUE(bus.calls()[1].stale);
+    EXPECT_FALSE(bus.calls()[2].stale);
     EXPECT_EQ(bus.deviceLists(), 0);
 }
 
@@ -85,7 +96,7 @@ TEST_F(BusTest, RefusedOrGoneDeviceIsNotOpened) {
     EXPECT_EQ(libusb_open(found[0], &handle), LIBUSB_ERROR_ACCESS);
     EXPECT_EQ(libusb_open(found[1], &handle), LIBUSB_ERROR_NO_DEVICE);
     EXPECT_EQ(libusb_open(nullptr, &handle), LIBUSB_ERROR_NO_DEVICE);
-    EXPECT_TRUE(last().staleHandle);
+    EXPECT_TRUE(last().stale);
     EXPECT_EQ(handle, invented);
     EXPECT_EQ(bus.openHandles(), 0);
 }
@@ -166,7 +177,7 @@ TEST_F(BusTest, NullClosedAndInventedHandlesAreSurvivedAndLogged) {
         libusb_close(handle);
         ASSERT_EQ(bus.calls().size(), 5U);
         for (const simulator::Call& call : bus.calls()) {
-            EXPECT_TRUE(call.staleHandle) << call.function;
+            EXPECT_TRUE(call.stale) << call.function;
             EXPECT_EQ(call.device, -1) << call.function;
         }
     }
@@ -181,7 +192,7 @@ TEST_F(BusTest, DeviceThatHasGoneAnswersNoDeviceUntilClosed) {
     EXPECT_EQ(libusb_get_string_descriptor_ascii(handle, 2, buffer, 8), LIBUSB_ERROR_NO_DEVICE);
     EXPECT_EQ(libusb_bulk_transfer(handle, 0x01, buffer, 8, nullptr, 5), LIBUSB_ERROR_NO_DEVICE);
     EXPECT_EQ(libusb_release_interface(handle, 0), LIBUSB_ERROR_NO_DEVICE);
-    EXPECT_FALSE(last().staleHandle);
+    EXPECT_FALSE(last().stale);
     libusb_close(handle);
     EXPECT_EQ(bus.openHandles(), 0);
     EXPECT_EQ(bus.claimedInterfaces(), 0);

@@ -38,7 +38,7 @@ inline std::string lineOf(const simulator::Call& call) {
     } else if (call.endpoint >= 0) {
         line += " " + std::to_string(call.endpoint);
     }
-    if (call.staleHandle) {
+    if (call.stale) {
         line += " stale";
     } else if (call.device >= 0) {
         line += " #" + std::to_string(call.device);

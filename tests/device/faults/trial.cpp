@@ -15,7 +15,7 @@ Handle handleState() {
     }
     unsigned char ignored = 0;
     libusb_get_string_descriptor_ascii(MyLibusbDeviceHandle, 2, &ignored, 1);
-    const bool stale = simulator::Bus::instance().calls().back().staleHandle;
+    const bool stale = simulator::Bus::instance().calls().back().stale;
     return stale ? Handle::Stale : Handle::Open;
 }
 

@@ -195,7 +195,8 @@ INSTANTIATE_TEST_SUITE_P(
                               writeFile(at / "file", Bytes{1});
                               return at / "file" / "x.pal";
                           }},
-                    Place{"APipe", pipeIn}),
+                    Place{"APipe", pipeIn},
+                    Place{"ADeviceWithoutEnd", [](const path&) { return "/dev/zero"; }}),
     [](const auto& test) { return test.param.what; });
 
 TEST_F(PaletteFile, ThatIsAFolderHoldsNoPalette) { expectIgnored(folder.path()); }

@@ -240,6 +240,7 @@ INSTANTIATE_TEST_SUITE_P(
                     support::makePipe(folder / "pipe");
                     return folder / "pipe";
                 }},
+        Refused{"ADeviceWithoutEnd", [](const path&) { return "/dev/zero"; }},
         Refused{"ShorterThanItsLength",
                 [](const path&) { return "/sys/devices/system/cpu/online"; }, 1}),
     [](const auto& test) { return test.param.what; });
