@@ -1,6 +1,7 @@
 #ifndef LUMADOT_TESTS_SUPPORT_ODD_FILES_H
 #define LUMADOT_TESTS_SUPPORT_ODD_FILES_H
 
+#include <sys/fsuid.h>
 #include <sys/stat.h>
 
 #include <cstddef>
@@ -33,6 +34,30 @@ inline void makePipe(const std::filesystem::path& path) {
     if (mkfifo(path.c_str(), 0600) != 0) {
         throw std::runtime_error("no pipe at " + path.string());
     }
+}
+
+/// While it lives, permissions hold for this thread, even when the tests run as root.
+class WithoutPrivileges {
+public:
+    WithoutPrivileges() {
+        if (before_ == 0) {
+            setfsuid(Nobody);
+        }
+    }
+    ~WithoutPrivileges() { setfsuid(static_cast<uid_t>(before_)); }
+    WithoutPrivileges(const WithoutPrivileges&) = delete;
+    WithoutPrivileges& operator=(const WithoutPrivileges&) = delete;
+
+private:
+    static constexpr uid_t Nobody = 65534;
+    const int before_ = setfsuid(static_cast<uid_t>(-1));  // Tells, and changes nothing.
+};
+
+/// A folder that everybody may look into and nobody but root write to.
+inline void closeFolder(const std::filesystem::path& folder) {
+    using enum std::filesystem::perms;
+    std::filesystem::permissions(
+        folder, owner_read | owner_exec | group_read | group_exec | others_read | others_exec);
 }
 
 /// How many times this process has the file open.

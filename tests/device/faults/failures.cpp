@@ -3,6 +3,7 @@
 #include <libusb.h>
 
 #include <limits>
+#include <set>
 
 #include "tests/device/faults/outcomes.h"
 
@@ -24,6 +25,10 @@ constexpr int Errors[] = {
 constexpr int Claims[] = {std::numeric_limits<int>::min(), -1, 0, 1, 62, 63, 64, 100000,
                           std::numeric_limits<int>::max()};
 
+/// How a read can fail though bytes have arrived.
+constexpr int ErrorsWithBytes[] = {LIBUSB_ERROR_IO, LIBUSB_ERROR_TIMEOUT, LIBUSB_ERROR_OVERFLOW,
+                                   LIBUSB_ERROR_NO_DEVICE};
+
 /// Collects the failures of one call.
 class Collector {
 public:
@@ -43,6 +48,12 @@ public:
     void addReply(const std::string& what, Packet bytes, Kind kind = Kind::Reply) {
         add(kind, what, {.reply = std::move(bytes)});
     }
+    void addErrorsWith(const Packet& bytes) {
+        for (const int error : ErrorsWithBytes) {
+            add(Kind::Error, "error " + std::to_string(error) + " with bytes",
+                {.result = error, .reply = bytes});
+        }
+    }
     void addClaims() {
         for (const int claim : Claims) {
             add(Kind::Reply, "claims " + std::to_string(claim), {.transferred = claim});
@@ -58,20 +69,26 @@ private:
 /// Lengths of a name; the read itself gives the name whole, whatever it claims.
 void addNames(Collector& call) {
     call.add(Kind::NoName, "no name", {.result = 0});
-    for (int length = 1; length <= 255; ++length) {
+    constexpr int AskedFor = 256;
+    for (int length = 1; length <= AskedFor; ++length) {
+        call.add(Kind::Reply, "length " + std::to_string(length), {.result = length});
+    }
+    for (const int length : {AskedFor + 1, 100000, std::numeric_limits<int>::max()}) {
         call.add(Kind::Reply, "length " + std::to_string(length), {.result = length});
     }
 }
 
-void addReplies(Collector& call, std::size_t longest) {
-    constexpr std::size_t EveryLengthUpTo = 63;
+void addReplies(Collector& call, std::size_t longest, bool every) {
+    constexpr std::size_t LongestText = 63;
     for (std::size_t length = 0; length <= longest; ++length) {
         const bool sample = length <= 6 || length == longest / 2 || length + 1 >= longest;
-        if (sample || longest <= EveryLengthUpTo) {
+        if (sample || every || longest <= LongestText) {
             call.addReply("length " + std::to_string(length), Packet(length, 0x56));
         }
     }
     call.addReply("longer than asked for", Packet(longest + 1000, 0x56));
+    call.addErrorsWith(Packet(longest, 0x56));
+    call.addErrorsWith(Packet(longest / 2, 0x56));
     call.addClaims();
 }
 
@@ -85,10 +102,11 @@ void addAcknowledgements(Collector& call) {
     call.addReply("acknowledged with nothing", {});
     call.addReply("acknowledged with two bytes", {0x00, 0x01});
     call.addReply("refused with two bytes", {0x01, 0x00}, Kind::Error);
+    call.addErrorsWith({0x00});
     call.addClaims();
 }
 
-void addTransferReplies(Collector& call, const std::string& line) {
+void addTransferReplies(Collector& call, const std::string& line, bool every) {
     if (!line.starts_with("in ")) {
         call.addClaims();
         return;
@@ -97,14 +115,15 @@ void addTransferReplies(Collector& call, const std::string& line) {
     if (length == 1) {
         addAcknowledgements(call);
     } else {
-        addReplies(call, length);
+        addReplies(call, length, every);
     }
 }
 
 }  // namespace
 
-std::vector<Failure> failuresOf(const Subject& subject) {
+std::vector<Failure> failuresOf(const Subject& subject, FrameLengths lengths) {
     std::vector<Failure> all;
+    std::set<std::string> seen;
     int number = 0;
     for (const std::string& line : usualCalls(subject)) {
         Collector call(all, ++number, line.substr(0, line.find(':')));
@@ -117,7 +136,9 @@ std::vector<Failure> failuresOf(const Subject& subject) {
             addNames(call);
         }
         if (!line.starts_with("libusb_")) {
-            addTransferReplies(call, line);
+            // A frame that is read twice alike comes in every length the first time only.
+            const bool firstTime = seen.insert(line).second;
+            addTransferReplies(call, line, firstTime && lengths == FrameLengths::Every);
         }
         // That call is about no device: leaving with it is leaving with the one after it.
         if (!line.starts_with("libusb_free_device_list")) {

@@ -10,6 +10,7 @@
 #include "tests/device/capture/capture_link.h"
 #include "tests/device/faults/disk.h"
 #include "tests/device/upload/upload_fixture.h"
+#include "tests/support/odd_files.h"
 #include "tests/support/toolkit.h"
 #include "tests/ui/keeping/keeping_fixture.h"
 #include "ui/palette.h"
@@ -172,6 +173,18 @@ TEST_F(CaptureOnADisk, WhoseFilesAreRemovedMakesThemAgainForTheNextFrame) {
     for (const auto& name : names) {
         EXPECT_TRUE(std::filesystem::exists(name));
     }
+}
+
+using CaptureIntoAFolder = CaptureLink;
+
+TEST_F(CaptureIntoAFolder, ThatIsReadOnlyCostsTheFilesOnly) {
+    plug(Mode);
+    support::closeFolder(folder.path());
+    const support::WithoutPrivileges user;
+    run(Mode, 3);
+    EXPECT_EQ(rounds.frames(), 3);
+    EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
+    expectReleased();
 }
 
 class SavingOnADisk : public Keeping {

@@ -9,6 +9,7 @@
 #include "device/interfaceUSB.h"
 #include "tests/device/faults/heap_watch.h"
 #include "tests/device/faults/trial.h"
+#include "tests/support/capture_rounds.h"
 
 namespace {
 
@@ -130,11 +131,48 @@ TEST_F(DeliberateLeak, SendConfigCmdKeepsItsFrameWithoutController) {
 
 TEST_F(DeliberateLeak, UploadOfAFileThatCannotBeOpenedKeepsTheControllerOpenAndClaimed) {
     bus.plugController();
+    for (int i = 0; i < 2; ++i) {
+        dialogs.expectMessage("File Error", "Message");
+    }
+    EXPECT_EQ(kept([this] {
+                  expectReleased();
+                  usb.uploadFile("/missing", "a");
+                  EXPECT_EQ(bus.openHandles(), 1);
+                  EXPECT_EQ(bus.claimedInterfaces(), 1);
+                  usb.release();
+              }),
+              Kept{});
+    expectReleased();
+}
+
+TEST_F(DeliberateLeak, AControllerWithoutNameIsKeptOpenAndClaimed) {
+    bus.plug({.stringResult = 0});
+    EXPECT_EQ(kept([this] {
+                  expectReleased();
+                  EXPECT_EQ(usb.setup(), 0);
+                  EXPECT_EQ(bus.openHandles(), 1);
+                  EXPECT_EQ(bus.claimedInterfaces(), 1);
+                  usb.release();
+              }),
+              Kept{});
+    expectReleased();
+}
+
+TEST_F(DeliberateLeak, IsNotMadeByACaptureThatOtherOperationsInterrupt) {
     dialogs.expectMessage("File Error", "Message");
-    EXPECT_EQ(faults::keptBy([] { usb.uploadFile("/missing", "a"); }).files, 0);
-    EXPECT_EQ(bus.openHandles(), 1);
-    EXPECT_EQ(bus.claimedInterfaces(), 1);
-    usb.release();
+    dialogs.expectMessage("File Error", "Message");
+    EXPECT_EQ(kept([this] {
+                  const auto controller = bus.plugController();
+                  support::CaptureRounds rounds;
+                  rounds.after(1, [] { usb.sendConfigCmd(2, 5); });
+                  rounds.after(2, [] { usb.uploadFile("/missing", "a"); });
+                  rounds.stopAfter(4);
+                  dump_running = true;
+                  usb.receiveDump(1, "/missing");
+                  bus.reset();  // The controller goes, with what it remembers.
+                  bus.setLogging(false);
+              }),
+              Kept{});
 }
 
 struct Phase {

@@ -42,8 +42,11 @@ struct Failure {
     simulator::Fault fault;
 };
 
+/// Which lengths a captured frame comes in, of which there are thousands.
+enum class FrameLengths { Every, Some };
+
 /// All failures of one call that the library documents, for each call of the operation in turn.
-std::vector<Failure> failuresOf(const Subject& subject);
+std::vector<Failure> failuresOf(const Subject& subject, FrameLengths lengths = FrameLengths::Some);
 
 /// The calls of an undisturbed run.
 support::Lines usualCalls(const Subject& subject);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <filesystem>
+#include <iterator>
 
 #include "device/interfaceUSB.h"
 #include "tests/device/operations.h"
@@ -118,36 +119,102 @@ std::uintmax_t sizeOf(const std::string& ending) {
     return size;
 }
 
+/// A capture, and the bytes that each of its frames takes in the files.
+struct CaptureKind {
+    const char* name;
+    unsigned char mode;
+    simulator::Board board;
+    Lines round;
+    std::uintmax_t textFrame;
+    std::uintmax_t rawFrame;  ///< 0: no raw file
+};
+
+constexpr std::uintmax_t StandardText = 12 + 32 * 130 + 2;
+constexpr std::uintmax_t XlText = 12 + 64 * 194 + 2;
+
+const std::vector<CaptureKind>& captureKinds() {
+    using enum simulator::Board;
+    static const std::vector<CaptureKind> all = {
+        {"receiveDump",
+         1,
+         Standard,
+         {"out 0x01 64 2000ms #0: 02 C3 E8 03 00*60", "in 0x81 1541 10000ms #0"},
+         StandardText,
+         4 + 3 * 512},
+        {"receiveDump0",
+         0,
+         Standard,
+         {"out 0x01 64 2000ms #0: 02 C3 E8 00*61", "in 0x81 5 10000ms #0"},
+         StandardText,
+         0},
+        {"receiveDump6",
+         6,
+         Standard,
+         {"out 0x01 64 2000ms #0: 02 C3 E8 0C 00*60", "in 0x81 6149 10000ms #0"},
+         StandardText,
+         4 + 12 * 512},
+        {"receiveDumpXl",
+         1,
+         Xl,
+         {"out 0x01 64 2000ms #0: 02 C3 E8 02 00*60", "in 0x81 3077 10000ms #0"},
+         XlText,
+         4 + 3 * 512},
+    };
+    return all;
+}
+
 /// The frames in the files, -1 when there is no whole number of them or when they disagree.
-int capturedFrames(const Controller&) {
+int capturedFrames(const CaptureKind& kind) {
     constexpr std::uintmax_t RawHeader = 8;
-    constexpr std::uintmax_t RawFrame = 4 + 3 * 512;
-    constexpr std::uintmax_t TextFrame = 12 + 32 * 130 + 2;
-    const std::uintmax_t frames = sizeOf(".txt") / TextFrame;
-    const bool whole =
-        sizeOf(".txt") == frames * TextFrame && sizeOf(".raw") == RawHeader + frames * RawFrame;
+    const std::uintmax_t frames = sizeOf(".txt") / kind.textFrame;
+    const std::uintmax_t raw = kind.rawFrame == 0 ? 0 : RawHeader + frames * kind.rawFrame;
+    const bool whole = sizeOf(".txt") == frames * kind.textFrame && sizeOf(".raw") == raw;
     return whole ? static_cast<int>(frames) : -1;
 }
 
 /// Ends from a pending event, as the check box of the window ends it.
-std::optional<bool> capture() {
+void capture(unsigned char mode) {
     std::filesystem::remove_all(captureFolder());
     std::filesystem::create_directory(captureFolder());
     support::CaptureRounds rounds;
     rounds.stopAfter(DumpRounds);
     dump_running = true;
-    usb.receiveDump(1, wxString::FromUTF8(captureFolder().string()));
+    usb.receiveDump(mode, wxString::FromUTF8(captureFolder().string()));
     dump_running = false;
-    return std::nullopt;
 }
 
-Subject dump() {
-    const Lines round = {"out 0x01 64 2000ms #0: 02 C3 E8 03 00*60", "in 0x81 1541 10000ms #0"};
-    return {.name = "receiveDump",
-            .run = capture,
-            .transfers = support::joined({round, round}),
-            .done = capturedFrames,
-            .whole = DumpRounds};
+Subject dump(const CaptureKind& kind) {
+    return {.name = kind.name,
+            .run =
+                [&kind] {
+                    capture(kind.mode);
+                    return std::nullopt;
+                },
+            .transfers = support::joined({kind.round, kind.round}),
+            .done = [&kind](const Controller&) { return capturedFrames(kind); },
+            .whole = DumpRounds,
+            .board = kind.board};
+}
+
+/// Every operation but the captures.
+std::vector<Subject> commands() {
+    return {
+        subject("sendUSB", [](const Controller& board) { return board.ignoredPackets(); }),
+        subject("getSettings",
+                [](const Controller&) { return readSettings(BoardSettings, "V4.02b"); }),
+        settingsReadInTheOlderLayout(),
+        subject("getUniqueId", [](const Controller&) { return readId(); }),
+        subject("sendConfig",
+                [](const Controller& board) { return board.working() == FactorySettings; }),
+        subject("sendConfigCmd",
+                [](const Controller& board) { return board.working()[0] == 5 ? 1 : 0; }),
+        subject("sendPal",
+                [](const Controller& board) { return board.palette()[47] == 0x30 ? 1 : 0; }),
+        brightness(),
+        subject("sendLogo",
+                [](const Controller& board) { return board.image().has_value() ? 1 : 0; }),
+        upload(),
+    };
 }
 
 }  // namespace
@@ -168,30 +235,22 @@ const std::string& uploadedFile() {
 }
 
 simulator::ControllerOptions boardFor(const Subject& subject) {
-    return {.layout = subject.layout, .settings = BoardSettings, .clock = [] {
-                return simulator::Bus::instance().now();
-            }};
+    return {
+        .board = subject.board, .layout = subject.layout, .settings = BoardSettings, .clock = [] {
+            return simulator::Bus::instance().now();
+        }};
+}
+
+std::string productFor(const Subject& subject) {
+    return subject.board == simulator::Board::Xl ? "LUMADOT XL" : "LUMADOT";
 }
 
 const std::vector<Subject>& subjects() {
-    static const std::vector<Subject> all = {
-        subject("sendUSB", [](const Controller& board) { return board.ignoredPackets(); }),
-        subject("getSettings",
-                [](const Controller&) { return readSettings(BoardSettings, "V4.02b"); }),
-        settingsReadInTheOlderLayout(),
-        subject("getUniqueId", [](const Controller&) { return readId(); }),
-        subject("sendConfig",
-                [](const Controller& board) { return board.working() == FactorySettings; }),
-        subject("sendConfigCmd",
-                [](const Controller& board) { return board.working()[0] == 5 ? 1 : 0; }),
-        subject("sendPal",
-                [](const Controller& board) { return board.palette()[47] == 0x30 ? 1 : 0; }),
-        brightness(),
-        subject("sendLogo",
-                [](const Controller& board) { return board.image().has_value() ? 1 : 0; }),
-        upload(),
-        dump(),
-    };
+    static const std::vector<Subject> all = [] {
+        std::vector<Subject> made = commands();
+        std::ranges::transform(captureKinds(), std::back_inserter(made), dump);
+        return made;
+    }();
     return all;
 }
 

@@ -25,13 +25,16 @@ struct Subject {
     std::function<int(const simulator::Controller&)> done;
     int whole = 1;
     simulator::SettingsLayout layout = simulator::SettingsLayout::Newer;
+    simulator::Board board = simulator::Board::Standard;
 };
 
-/// Every operation of the device link; reading the settings is there in both layouts.
+/// Every operation of the device link; reading the settings is there in both layouts, a capture
+/// with and without a raw file, with the shortest, the longest and an XL controller's replies.
 const std::vector<Subject>& subjects();
 
 /// What the board of a subject is made with: settings that differ from the tool's in every byte.
 simulator::ControllerOptions boardFor(const Subject& subject);
+std::string productFor(const Subject& subject);
 
 /// Gives the tool the factory settings, and a version text and an id of another board.
 void setWhatTheToolHolds();

@@ -24,7 +24,7 @@ Handle handleState() {
 int Trial::count() { return runs; }
 
 Trial::Trial(const Subject& subject)
-    : subject_(&subject), board_(bus.plugController(boardFor(subject))) {
+    : subject_(&subject), board_(bus.plugController(boardFor(subject), productFor(subject))) {
     setWhatTheToolHolds();
 }
 
@@ -45,7 +45,9 @@ void Trial::goOnWith(const Subject& subject) {
     bus.clearCalls();
 }
 
-void Trial::plugAnother() { board_ = bus.plugController(boardFor(*subject_)); }
+void Trial::plugAnother() {
+    board_ = bus.plugController(boardFor(*subject_), productFor(*subject_));
+}
 
 void Trial::takeDown() {
     board_.reset();

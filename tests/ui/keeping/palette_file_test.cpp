@@ -240,6 +240,17 @@ TEST_F(PaletteFile, IsNotSavedWhenTheDialogIsCancelled) {
     EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
 }
 
+TEST_F(PaletteFile, IsNotSavedIntoAFolderThatIsReadOnly) {
+    support::closeFolder(folder.path());
+    const support::WithoutPrivileges user;
+    expectNothingChanges([this] {
+        dialogs.expectFile(SaveQuestion, wxString::FromUTF8(file.string()));
+        support::expectPlainMessage(dialogs, "File Error");
+        choose(&Members::save_palette);
+    });
+    EXPECT_FALSE(std::filesystem::exists(file));
+}
+
 class UnwritablePaletteFile : public PaletteFile, public testing::WithParamInterface<Place> {};
 
 TEST_P(UnwritablePaletteFile, IsReportedAndChangesNothing) {

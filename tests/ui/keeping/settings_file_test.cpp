@@ -1,7 +1,6 @@
 // "Load Config" and "Save Config" of the menu "File".
 
 #include <sys/resource.h>
-#include <unistd.h>
 #include <wx/filedlg.h>
 
 #include <chrono>
@@ -246,11 +245,10 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& test) { return test.param.what; });
 
 TEST_F(SettingsFile, WithoutReadPermissionIsRefused) {
-    if (geteuid() == 0) {
-        GTEST_SKIP() << "root may read every file";
-    }
     writeFile(file, ExampleRecord);
     std::filesystem::permissions(file, std::filesystem::perms::none);
+    support::closeFolder(folder.path());
+    const support::WithoutPrivileges user;
     expectNothingChanges([&] {
         dialogs.expectFile(LoadQuestion, wxString::FromUTF8(file.string()));
         support::expectPlainMessage(dialogs, "File Error");
@@ -325,6 +323,14 @@ INSTANTIATE_TEST_SUITE_P(
                                 return at / "pipe";
                             }}),
     [](const auto& test) { return test.param.what; });
+
+TEST_F(SettingsFile, IsNotSavedIntoAFolderThatIsReadOnly) {
+    support::closeFolder(folder.path());
+    const support::WithoutPrivileges user;
+    expectNothingChanges([this] { save(file); });
+    EXPECT_EQ(dialogs.seen(), 1);
+    EXPECT_FALSE(std::filesystem::exists(file));
+}
 
 TEST_F(SettingsFile, HasDialogsThatBelongToTheWindow) {
     support::showAndWait(window());
