@@ -22,6 +22,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     } else {
         EXPECT(fuzz::takeMessages() == "File Error");
         EXPECT(after == before);
+        fuzz::closeFile(fuzz::inputFile());
     }
     return 0;
 }

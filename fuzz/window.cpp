@@ -9,6 +9,7 @@
 
 #include <clocale>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 
 #include "simulator/bus.h"
@@ -61,6 +62,15 @@ std::string inputFile() { return "/dev/shm/lumadot-fuzz-" + std::to_string(getpi
 void writeInputFile(const std::uint8_t* data, std::size_t size) {
     std::ofstream(inputFile(), std::ios::binary)
         .write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
+}
+
+void closeFile(const std::string& path) {
+    for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
+        std::error_code closedMeanwhile;
+        if (std::filesystem::read_symlink(entry, closedMeanwhile) == path) {
+            close(std::stoi(entry.path().filename().string()));
+        }
+    }
 }
 
 wxString takeMessages() {

@@ -17,6 +17,9 @@ MainFrame& window();
 std::string inputFile();
 void writeInputFile(const std::uint8_t* data, std::size_t size);
 
+/// Closes this file wherever it is open: what is left open on purpose would be thousands here.
+void closeFile(const std::string& path);
+
 /// The text of the message boxes since the last call, one after the other.
 wxString takeMessages();
 

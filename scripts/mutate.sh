@@ -17,6 +17,8 @@ copy_tree() {
   rm -rf "$tree"
   mkdir -p "$tree"
   git ls-files -z --cached --others --exclude-standard | xargs -0 cp --parents -p -t "$tree"
+  # The last run may have left any of them built with a mutation.
+  grep -v '^#' "$list" | cut -f 1 | sort -u | (cd "$tree" && xargs touch)
 }
 
 # replace FILE FROM TO: exactly one place, as it stands but for \n.
@@ -26,36 +28,53 @@ replace() {
     END { exit($n == 1 ? 0 : 1) }' "$1"
 }
 
-# The programs, one after the other, until one fails.
+# passes PROGRAM: runs it as it was built last.
+passes() {
+  local path
+  path=$(find "$build" -type f -name "$1" -perm -u+x | head -n 1)
+  [[ -n $path ]] || { echo "no test program $1" >&2 && exit 1; }
+  (cd "$tree" && GTEST_FAIL_FAST=1 LC_ALL=C.UTF-8 timeout 300 "../../../$path") >build/mutate/test.log 2>&1
+}
+
+# caught_by PROGRAM...: the first that fails.
 caught_by() {
-  local program path
+  local program
   for program in "$@"; do
     if ! cmake --build "$build" --target "$program" >build/mutate/build.log 2>&1; then
-      echo "the compiler"
-      return
+      return 1
     fi
-    path=$(find "$build" -type f -name "$program" -perm -u+x | head -n 1)
-    if ! (cd "$tree" && LC_ALL=C.UTF-8 timeout 120 "../../../$path") >build/mutate/test.log 2>&1; then
+    if ! passes "$program"; then
       echo "$program"
       return
     fi
   done
 }
 
+# The list's lines FIRST to LAST, behind their numbers.
+chosen() {
+  grep -v -e '^#' -e '^$' "$list" | awk -v first="$first" -v last="$last" \
+    'NR >= first && NR <= last { print NR "\t" $0 }'
+}
+
+# What fails without a mutation catches nothing.
+check_programs() {
+  local program
+  for program in $(chosen | cut -f 3 | tr ' ' '\n' | sort -u); do
+    passes "$program" || { echo "$program fails as it is" && exit 1; }
+  done
+}
+
 run_all() {
-  local number=0 survived=0 file programs from to saved by
-  while IFS=$'\t' read -r file programs from to; do
-    [[ -z $file || $file == \#* ]] && continue
-    number=$((number + 1))
-    ((number < first || number > last)) && continue
+  local number file programs from to saved by survived=0
+  while IFS=$'\t' read -r number file programs from to; do
     saved=$(mktemp)
     cp -p "$tree/$file" "$saved"
-    if replace "$tree/$file" "$from" "$to"; then
-      # shellcheck disable=SC2086  # A list of programs.
-      by=$(caught_by $programs)
-    else
-      by=''
+    by=''
+    if ! replace "$tree/$file" "$from" "$to"; then
       from="(not exactly once in the file) $from"
+    else
+      # shellcheck disable=SC2086  # A list of programs.
+      by=$(caught_by $programs) || from="(does not build) $from"
     fi
     cp "$saved" "$tree/$file" # With a new time, so that it is built again.
     rm "$saved"
@@ -65,8 +84,8 @@ run_all() {
       echo "$number SURVIVED: $file: $from -> $to"
       survived=$((survived + 1))
     fi
-  done <"$list"
-  echo "$number mutations in the list, $survived not caught"
+  done < <(chosen)
+  echo "$(chosen | wc -l) mutations, $survived not caught"
   return $((survived > 0))
 }
 
@@ -77,4 +96,5 @@ if [[ ${LUMADOT_ON_DISPLAY:-} != yes ]]; then
   cmake --build "$build" >build/mutate/build.log
   LUMADOT_ON_DISPLAY=yes exec scripts/on_display.sh "$0" "$@"
 fi
+check_programs
 run_all

@@ -306,9 +306,8 @@ void MainFrame::dump_CheckBox_Clicked(wxCommandEvent& event) {
 }
 
 /// Captures into `folder` until the box is unticked or the window is closed, not at all without a
-/// controller, and goes on with the next folder if the box
-/// was ticked again before the capture had come to its end: inside its own event handling it could
-/// neither be left nor be heard.
+/// controller, and goes on with the next folder if the box was ticked again before the capture had
+/// come to its end: inside its own event handling it could neither be left nor be heard.
 void MainFrame::capture(const wxString& folder) {
     if (captures.closeAsked) {
         return;

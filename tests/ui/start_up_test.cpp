@@ -5,6 +5,8 @@
 #include <wx/imagjpeg.h>
 #include <wx/imagpng.h>
 
+#include <clocale>
+#include <cstdlib>
 #include <cstring>
 
 #include "app/main.h"
@@ -73,6 +75,14 @@ TEST_F(StartUp, AddsTheImageFormatsPngAndJpegInThisOrderAndNoOther) {
     ASSERT_EQ(handlers.size(), standard + 2);
     EXPECT_NE(dynamic_cast<wxPNGHandler*>(handlers.Item(standard)->GetData()), nullptr);
     EXPECT_NE(dynamic_cast<wxJPEGHandler*>(handlers.Item(standard + 1)->GetData()), nullptr);
+}
+
+TEST_F(StartUp, TellsTheCLibraryTheUsersEncoding) {
+    setenv("LC_ALL", "C.UTF-8", 1);
+    std::setlocale(LC_CTYPE, "C");
+    start();
+    EXPECT_STREQ(std::setlocale(LC_CTYPE, nullptr), "C.UTF-8");
+    std::setlocale(LC_CTYPE, "C");
 }
 
 TEST_F(StartUp, ShowsNoMessageAndLogsNothing) {

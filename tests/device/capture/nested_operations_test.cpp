@@ -6,6 +6,7 @@
 #include <functional>
 #include <ostream>
 #include <string>
+#include <tuple>
 
 #include "tests/device/capture/capture_link.h"
 
@@ -34,26 +35,84 @@ protected:
     }
 };
 
+/// The calls of a capture of four frames with a command after the second one, so many.
+constexpr int InterruptedCalls = 36;
+support::Lines interruptedCapture() {
+    const support::Lines round = {"out 0x01 64 2000ms #0: 02 C3 E8 03 00*60",
+                                  "in 0x81 1541 10000ms #0"};
+    return support::joined({support::setupLines(),
+                            round,
+                            round,
+                            support::releaseLines(),
+                            support::setupLines(),
+                            {"out 0x01 2052 1000ms #0: 81 C3 E7 FF 03 08 00*2046"},
+                            support::releaseLines(),
+                            support::setupLines(),
+                            round,
+                            round,
+                            support::releaseLines()});
+}
+
 TEST_F(NestedOperation, TakesTheConnectionOverAndTheCaptureOpensANewOne) {
     plug(1);
     rounds.after(2, [] { EXPECT_TRUE(usb.sendConfigCmd(0x03, 8)); });
     run(1, 4);
-    const support::Lines round = {"out 0x01 64 2000ms #0: 02 C3 E8 03 00*60",
-                                  "in 0x81 1541 10000ms #0"};
-    EXPECT_EQ(support::callLines(),
-              support::joined({support::setupLines(),
-                               round,
-                               round,
-                               support::releaseLines(),
-                               support::setupLines(),
-                               {"out 0x01 2052 1000ms #0: 81 C3 E7 FF 03 08 00*2046"},
-                               support::releaseLines(),
-                               support::setupLines(),
-                               round,
-                               round,
-                               support::releaseLines()}));
+    EXPECT_EQ(support::callLines(), interruptedCapture());
+    EXPECT_EQ(support::callLines().size(), std::size_t{InterruptedCalls});
     expectFrames(4);
 }
+
+/// The number of a call in the interrupted capture, 1 = the first, and its error or `Unplugged`.
+class FailingInterruptedCapture : public NestedOperation,
+                                  public testing::WithParamInterface<std::tuple<int, int>> {
+protected:
+    static constexpr int Unplugged = 0;
+    const int call = std::get<0>(GetParam());
+    const int error = std::get<1>(GetParam());
+
+    void fail() {
+        const std::string line = interruptedCapture()[static_cast<std::size_t>(call) - 1];
+        const bool hasResult =
+            !line.starts_with("libusb_free_device_list") && !line.starts_with("libusb_close");
+        if (error == Unplugged) {
+            bus.inject({.nth = call, .unplug = true});
+        } else if (hasResult) {
+            bus.inject({.nth = call, .result = error});
+        }
+    }
+    /// Whether the capture's own search comes to nothing.
+    bool keepsItFromStarting() const {
+        constexpr int List = 2, Descriptor = 3, Open = 4, Name = 5, Claim = 7;
+        return call == Descriptor || call == Open || call == Claim ||
+               call == (error == Unplugged ? Name : List);
+    }
+};
+
+TEST_P(FailingInterruptedCapture, GoesOnAndLeavesNothingOpen) {
+    plug(1);
+    rounds.after(2, [] { usb.sendConfigCmd(0x03, 8); });
+    rounds.afterSearch(6, [] { dump_running = false; });  // Of a controller that has gone.
+    fail();
+    run(1, 4);
+    if (keepsItFromStarting()) {
+        EXPECT_EQ(rounds.frames(), 0);
+    } else if (error == Unplugged) {
+        EXPECT_GE(rounds.frames(), 1);
+    } else {
+        EXPECT_EQ(rounds.frames(), 4);
+    }
+    EXPECT_EQ(bus.openHandles(), 0);
+    EXPECT_EQ(bus.claimedInterfaces(), 0);
+    EXPECT_EQ(capture::openFilesIn(folder.path()), 0);
+    expectNoStaleHandle();
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    InEachCall, FailingInterruptedCapture,
+    testing::Combine(testing::Range(1, InterruptedCalls + 1),
+                     testing::Values(0, LIBUSB_ERROR_IO, LIBUSB_ERROR_NO_DEVICE, LIBUSB_ERROR_BUSY,
+                                     LIBUSB_ERROR_TIMEOUT, LIBUSB_ERROR_PIPE, LIBUSB_ERROR_NO_MEM,
+                                     LIBUSB_ERROR_OTHER)));
 
 TEST_F(NestedOperation, InTheLastRoundLeavesNothingOpen) {
     plug(1);
