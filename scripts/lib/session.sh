@@ -13,6 +13,7 @@ start_tool() {
     TOOL=$!
     wait_until "the window is there" window_is_there
     activate "$WINDOW"
+    wait_until "the tool rests" tool_rests
 }
 
 # Not with xdotool's --sync, which waits for ever when the window manager has missed the request.
@@ -47,8 +48,22 @@ press() { xdotool key --clearmodifiers "$@"; }
 sent() { grep -Eq "$1" "$LOG"; }
 
 # expect_frame WHAT BYTES
-# Waits until a frame that starts with 81 C3 E7 FF and these bytes has gone to the controller.
-expect_frame() { wait_until "$1 is sent" sent "0x01.*81 C3 E7 FF $2"; }
+# Waits until a frame that starts with 81 C3 E7 FF and these bytes has gone to the controller, and
+# until the tool has done what it does afterwards: Tab goes astray while controls move.
+expect_frame() {
+    wait_until "$1 is sent" sent "0x01.*81 C3 E7 FF $2" &&
+        wait_until "the tool rests" tool_rests
+}
+
+# Whether the tool waits for events: looked at several times, for it may just have been woken.
+tool_rests() {
+    local state
+    for _ in 1 2 3 4 5; do
+        read -r _ _ state _ <"/proc/$TOOL/stat"
+        [[ $state == S ]] || return 1
+        sleep 0.02
+    done
+}
 
 # Chooses the item at POSITION (1, 2, ...) of the menu "Device" with the keyboard.
 choose_device_item() {
