@@ -110,6 +110,19 @@ protected:
         action();
         return faults::keptBy(action);
     }
+    /// The action keeps the controller, each time it is done, and nothing else.
+    template <class Action>
+    void expectKeptOpenAndClaimed(Action action) {
+        EXPECT_EQ(kept([&] {
+                      expectReleased();
+                      action();
+                      EXPECT_EQ(bus.openHandles(), 1);
+                      EXPECT_EQ(bus.claimedInterfaces(), 1);
+                      usb.release();
+                  }),
+                  Kept{});
+        expectReleased();
+    }
 };
 
 TEST_F(DeliberateLeak, SetupWithoutControllerKeepsTheDeviceList) {
@@ -134,28 +147,12 @@ TEST_F(DeliberateLeak, UploadOfAFileThatCannotBeOpenedKeepsTheControllerOpenAndC
     for (int i = 0; i < 2; ++i) {
         dialogs.expectMessage("File Error", "Message");
     }
-    EXPECT_EQ(kept([this] {
-                  expectReleased();
-                  usb.uploadFile("/missing", "a");
-                  EXPECT_EQ(bus.openHandles(), 1);
-                  EXPECT_EQ(bus.claimedInterfaces(), 1);
-                  usb.release();
-              }),
-              Kept{});
-    expectReleased();
+    expectKeptOpenAndClaimed([] { usb.uploadFile("/missing", "a"); });
 }
 
 TEST_F(DeliberateLeak, AControllerWithoutNameIsKeptOpenAndClaimed) {
     bus.plug({.stringResult = 0});
-    EXPECT_EQ(kept([this] {
-                  expectReleased();
-                  EXPECT_EQ(usb.setup(), 0);
-                  EXPECT_EQ(bus.openHandles(), 1);
-                  EXPECT_EQ(bus.claimedInterfaces(), 1);
-                  usb.release();
-              }),
-              Kept{});
-    expectReleased();
+    expectKeptOpenAndClaimed([] { EXPECT_EQ(usb.setup(), 0); });
 }
 
 TEST_F(DeliberateLeak, IsNotMadeByACaptureThatOtherOperationsInterrupt) {
