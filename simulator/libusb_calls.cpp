@@ -240,10 +240,10 @@ ssize_t libusb_get_device_list(libusb_context*, libusb_device*** list) {
 
 void libusb_free_device_list(libusb_device** list, int) {
     CallInProgress progress("libusb_free_device_list");
-    const bool known = progress.state.lists.erase(~simulator::tokenOf(list)) > 0;
-    progress.call.stale = !known && list != nullptr;
+    auto& lists = progress.state.lists;
+    progress.call.stale = list != nullptr && !lists.contains(~simulator::tokenOf(list));
     progress.run([&] {
-        if (known) {
+        if (lists.erase(~simulator::tokenOf(list)) > 0) {
             std::free(list);
         }
         return LIBUSB_SUCCESS;

@@ -19,8 +19,8 @@ with_display() (
     DISPLAY=":$(<"$logs/number")"
     export DISPLAY GDK_BACKEND=x11 NO_AT_BRIDGE=1 GSETTINGS_BACKEND=memory
 
-    # The first key that is not typed brings a keyboard of its own, which changes the keyboard map
-    # under the programs that are running: let it come before they do.
+    # The first key from xdotool changes the keyboard map under the programs that are running: let it
+    # come before they do.
     xdotool key Control_L
 
     openbox --sm-disable >"$logs/openbox" 2>&1 &

@@ -81,8 +81,8 @@ close_tool() {
     wait "$TOOL"
 }
 
-# Once a second: the window manager takes its keys anew when a keyboard appears, as it does with the
-# first key from here, and misses what is pressed meanwhile.
+# Once a second: while the window manager takes its keys anew, as it does when the keyboard map
+# changes, it misses what is pressed.
 ask_to_close() {
     kill -0 "$TOOL" 2>/dev/null || return 0
     if ((SECONDS > asked)); then

@@ -59,6 +59,16 @@ TEST_F(BusFaultTest, ListThatClaimsTooManyDevicesIsFilledUpWithNull) {
     libusb_free_device_list(list, 1);
 }
 
+TEST_F(BusFaultTest, FailedFreeLeavesTheList) {
+    libusb_device** list = nullptr;
+    libusb_get_device_list(nullptr, &list);
+    bus.inject({.function = "libusb_free_device_list", .result = LIBUSB_ERROR_OTHER});
+    libusb_free_device_list(list, 1);
+    EXPECT_EQ(bus.deviceLists(), 1);
+    libusb_free_device_list(list, 1);
+    EXPECT_EQ(bus.deviceLists(), 0);
+}
+
 TEST_F(BusFaultTest, FailedDescriptorReadLeavesTheDescriptor) {
     bus.inject({.function = "libusb_get_device_descriptor", .result = LIBUSB_ERROR_IO});
     libusb_device_descriptor descriptor = {};

@@ -5,6 +5,7 @@
 #include <fstream>
 
 #include "tests/simulator/packets.h"
+#include "tests/support/temporary_folder.h"
 
 using packets::block;
 using packets::closeUpload;
@@ -19,12 +20,6 @@ namespace fs = std::filesystem;
 namespace {
 
 struct StoreTest : testing::Test {
-    StoreTest() {
-        std::string pattern = (fs::temp_directory_path() / "lumadot-store-XXXXXX").string();
-        folder = mkdtemp(pattern.data());
-    }
-    ~StoreTest() override { fs::remove_all(folder); }
-
     Controller start() {
         ControllerOptions options;
         options.store = folder / "board" / "memory";
@@ -36,7 +31,8 @@ struct StoreTest : testing::Test {
         std::ofstream(path, std::ios::binary) << bytes;
     }
 
-    fs::path folder;
+    const support::TemporaryFolder temporary;
+    const fs::path folder = temporary.path();
 };
 
 void upload(Controller& board, const std::string& name, const std::string& text) {

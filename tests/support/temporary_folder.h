@@ -13,11 +13,15 @@
 
 namespace support {
 
-/// An empty folder on the disk that goes away with its contents.
+/// The file system in memory.
+inline const std::filesystem::path InMemory = "/dev/shm";
+
+/// An empty folder, on the disk unless `parent` says otherwise, that goes away with its contents.
 class TemporaryFolder {
 public:
-    TemporaryFolder() {
-        std::string name = (std::filesystem::temp_directory_path() / "lumadot-XXXXXX").string();
+    explicit TemporaryFolder(
+        const std::filesystem::path& parent = std::filesystem::temp_directory_path()) {
+        std::string name = (parent / "lumadot-XXXXXX").string();
         if (mkdtemp(name.data()) == nullptr) {
             throw std::runtime_error("no temporary folder");
         }

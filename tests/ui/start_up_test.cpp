@@ -78,11 +78,14 @@ TEST_F(StartUp, AddsTheImageFormatsPngAndJpegInThisOrderAndNoOther) {
 }
 
 TEST_F(StartUp, TellsTheCLibraryTheUsersEncoding) {
+    const char* const value = std::getenv("LC_ALL");
+    const std::string before = value != nullptr ? value : "";  // Empty is as good as not set.
     setenv("LC_ALL", "C.UTF-8", 1);
     std::setlocale(LC_CTYPE, "C");
     start();
     EXPECT_STREQ(std::setlocale(LC_CTYPE, nullptr), "C.UTF-8");
     std::setlocale(LC_CTYPE, "C");
+    setenv("LC_ALL", before.c_str(), 1);
 }
 
 TEST_F(StartUp, ShowsNoMessageAndLogsNothing) {

@@ -51,14 +51,6 @@ double yardstick(const std::filesystem::path& file) {
     return processorMs() - start;
 }
 
-std::filesystem::path folderInMemory() {
-    std::string name = "/dev/shm/lumadot-XXXXXX";
-    if (mkdtemp(name.data()) == nullptr) {
-        throw std::runtime_error("no folder in the memory");
-    }
-    return name;
-}
-
 double median(std::vector<double> values) {
     std::ranges::sort(values);
     return values[values.size() / 2];
@@ -67,15 +59,9 @@ double median(std::vector<double> values) {
 class LongCapture : public CaptureLink {
 protected:
     LongCapture() {
-        place = folderInMemory();
-        ruler = folderInMemory();
         blocks.reserve((Frames + Retries * Timed) / Block + 1);
         bus.setLogging(false);
         rounds.setLimit(Frames + Retries * Timed);
-    }
-    ~LongCapture() override {
-        std::filesystem::remove_all(place);
-        std::filesystem::remove_all(ruler);
     }
 
     void atRead(int frame) {
@@ -84,7 +70,7 @@ protected:
         }
         if (frame % Block == 0) {
             const double took = processorMs() - last;
-            blocks.push_back(took / yardstick(ruler / "file"));
+            blocks.push_back(took / yardstick(ruler.path() / "file"));
             last = processorMs();
         }
         if (frame == 100) {
@@ -107,15 +93,15 @@ protected:
     double end() const { return median({blocks.end() - Timed / Block, blocks.end()}); }
     bool fastEnough() const { return end() < 1.2 * start(); }
     void truncate() const {
-        for (const auto& entry : std::filesystem::directory_iterator(place)) {
+        for (const auto& entry : std::filesystem::directory_iterator(place.path())) {
             EXPECT_GT(entry.file_size(), 0U);
             std::filesystem::resize_file(entry.path(), 0);
         }
     }
 
-    std::filesystem::path place;  ///< where the capture goes
-    std::filesystem::path ruler;  ///< where the yardstick writes
-    std::vector<double> blocks;   ///< what they took, by the yardstick's time beside them
+    support::TemporaryFolder place{support::InMemory};  ///< where the capture goes
+    support::TemporaryFolder ruler{support::InMemory};  ///< where the yardstick writes
+    std::vector<double> blocks;  ///< what they took, by the yardstick's time beside them
     double last = processorMs();
     std::size_t heap = 0;
     std::size_t heapAtEnd = 0;
@@ -126,7 +112,7 @@ protected:
 TEST_F(LongCapture, TakesNoMoreMemoryAndNoLongerPerFrameAtItsEnd) {
     plug(9);
     rounds.onRead([&](int frame) { atRead(frame); });
-    run(9, place);
+    run(9, place.path());
     ASSERT_GE(rounds.frames(), Frames);
     std::cout << Frames << " frames"
               << (Instrumented ? " (fewer, as this build is instrumented)" : "") << ": " << start()

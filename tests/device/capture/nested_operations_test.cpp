@@ -35,8 +35,7 @@ protected:
     }
 };
 
-/// The calls of a capture of four frames with a command after the second one, so many.
-constexpr int InterruptedCalls = 36;
+/// The calls of a capture of four frames with a command after the second one.
 support::Lines interruptedCapture() {
     const support::Lines round = {"out 0x01 64 2000ms #0: 02 C3 E8 03 00*60",
                                   "in 0x81 1541 10000ms #0"};
@@ -52,13 +51,14 @@ support::Lines interruptedCapture() {
                             round,
                             support::releaseLines()});
 }
+constexpr int InterruptedCalls = 36;
 
 TEST_F(NestedOperation, TakesTheConnectionOverAndTheCaptureOpensANewOne) {
     plug(1);
     rounds.after(2, [] { EXPECT_TRUE(usb.sendConfigCmd(0x03, 8)); });
     run(1, 4);
     EXPECT_EQ(support::callLines(), interruptedCapture());
-    EXPECT_EQ(support::callLines().size(), std::size_t{InterruptedCalls});
+    EXPECT_EQ(interruptedCapture().size(), std::size_t{InterruptedCalls});
     expectFrames(4);
 }
 
@@ -70,7 +70,7 @@ protected:
     const int call = std::get<0>(GetParam());
     const int error = std::get<1>(GetParam());
 
-    void fail() {
+    void injectFailure() {
         const std::string line = interruptedCapture()[static_cast<std::size_t>(call) - 1];
         const bool hasResult =
             !line.starts_with("libusb_free_device_list") && !line.starts_with("libusb_close");
@@ -92,7 +92,7 @@ TEST_P(FailingInterruptedCapture, GoesOnAndLeavesNothingOpen) {
     plug(1);
     rounds.after(2, [] { usb.sendConfigCmd(0x03, 8); });
     rounds.afterSearch(6, [] { dump_running = false; });  // Of a controller that has gone.
-    fail();
+    injectFailure();
     run(1, 4);
     if (keepsItFromStarting()) {
         EXPECT_EQ(rounds.frames(), 0);

@@ -154,7 +154,8 @@ Lines suffering(const Failure& failure, Lines lines) {
 
 Outcome setupOutcome(const Subject& subject, const Failure& failure) {
     const SetupRow& row = setupRow(failure.call, failure.kind);
-    if (subject.name == "receiveDumpXl" && failure.call == Name && failure.kind == Kind::Error) {
+    if (subject.board == simulator::Board::Xl && failure.call == Name &&
+        failure.kind == Kind::Error) {
         // Without its name it passes for the standard board; the file's frames are of another size.
         const auto standard = std::ranges::find(subjects(), "receiveDump", &Subject::name);
         return {row.ending, usualCalls(*standard), -1};

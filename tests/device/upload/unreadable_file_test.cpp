@@ -13,13 +13,6 @@ using support::callLines;
 using support::joined;
 using support::setupLines;
 
-/// A folder on the file system in memory.
-struct FolderInMemory {
-    FolderInMemory() { std::filesystem::create_directory(place); }
-    ~FolderInMemory() { std::filesystem::remove(place); }
-    const path place = "/dev/shm/lumadot-upload-" + std::to_string(getpid());
-};
-
 class UploadOf : public Upload {
 protected:
     UploadOf() { plug(); }
@@ -75,8 +68,8 @@ TEST_F(UploadOf, ALinkToAPipeDoesNotWait) {
 TEST_F(UploadOf, AFolderIsRefused) { expectRefused(folder.path()); }
 
 TEST_F(UploadOf, AFolderInMemoryIsRefused) {
-    const FolderInMemory memory;
-    expectRefused(memory.place);
+    const support::TemporaryFolder memory(support::InMemory);
+    expectRefused(memory.path());
 }
 
 TEST_F(UploadOf, AFolderOfTheKernelIsRefused) {
