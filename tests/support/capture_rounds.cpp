@@ -13,6 +13,7 @@ namespace {
 support::CaptureRounds* current = nullptr;
 
 constexpr int DumpRequestLength = 64;
+constexpr int MostSearchesInARow = 200;
 
 }  // namespace
 
@@ -63,7 +64,8 @@ void CaptureRounds::reading() {
         return;  // The reply to a command.
     }
     asked_ = false;
-    watch(++frames_);
+    searchesInARow_ = 0;
+    watch(++frames_, limit_);
     if (onRead_) {
         onRead_(frames_);
     }
@@ -71,8 +73,8 @@ void CaptureRounds::reading() {
 }
 
 void CaptureRounds::searched() {
-    watch(++searches_);
-    runLater(afterSearch_, searches_);
+    watch(++searchesInARow_, MostSearchesInARow);
+    runLater(afterSearch_, ++searches_);
 }
 
 void CaptureRounds::runLater(const Plan& plan, int number) {
@@ -82,13 +84,13 @@ void CaptureRounds::runLater(const Plan& plan, int number) {
     }
 }
 
-void CaptureRounds::watch(int number) {
-    if (number <= limit_) {
+void CaptureRounds::watch(int number, int limit) {
+    if (number <= limit) {
         return;
     }
-    if (number == limit_ + 1) {
+    if (number == limit + 1) {
         ADD_FAILURE() << "the capture goes on for ever";
-    } else if (number > limit_ + 100) {
+    } else if (number > limit + 100) {
         std::abort();  // Nothing stops it.
     }
     dump_running = false;

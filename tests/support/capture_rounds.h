@@ -30,7 +30,8 @@ public:
 
     int frames() const { return frames_; }  ///< frames asked for so far
     int searches() const { return searches_; }
-    /// More frames than this are taken for a capture that cannot be stopped.
+    /// More frames than this are taken for a capture that cannot be stopped, as are more than 200
+    /// searches in a row.
     void setLimit(int frames) { limit_ = frames; }
 
     // From the wrapped functions.
@@ -41,7 +42,7 @@ public:
 private:
     using Plan = std::multimap<int, Action>;
     static void runLater(const Plan& plan, int number);
-    void watch(int number);
+    static void watch(int number, int limit);
 
     Plan afterFrame_;
     Plan afterSearch_;
@@ -49,6 +50,7 @@ private:
     bool asked_ = false;
     int frames_ = 0;
     int searches_ = 0;
+    int searchesInARow_ = 0;
     int limit_ = 5000;
 };
 
