@@ -65,7 +65,10 @@ int readString(CallInProgress& progress, unsigned char* data) {
         return *claimed;
     }
     const std::string& text = device.productString;
-    const std::size_t size = std::min(text.size(), static_cast<std::size_t>(call.length) - 1);
+    std::size_t size = std::min(text.size(), static_cast<std::size_t>(call.length) - 1);
+    if (claimed) {
+        size = std::min(size, static_cast<std::size_t>(*claimed));
+    }
     std::memcpy(data, text.data(), size);
     data[size] = 0;
     call.data.assign(data, data + size);

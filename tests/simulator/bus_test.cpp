@@ -124,7 +124,11 @@ TEST_F(BusTest, StringReadGivesTheResultThatTheDeviceIsGiven) {
         bus.plug({.stringResult = result});
         unsigned char buffer[256] = {0xEE};
         EXPECT_EQ(libusb_get_string_descriptor_ascii(open(), 2, buffer, 256), result);
-        EXPECT_EQ(buffer[0], result > 0 ? 'L' : 0xEE);
+        if (result > 0) {
+            EXPECT_STREQ(reinterpret_cast<char*>(buffer), "LUM");
+        } else {
+            EXPECT_EQ(buffer[0], 0xEE);
+        }
     }
 }
 

@@ -66,7 +66,7 @@ private:
     std::string line_;
 };
 
-/// Lengths of a name; the read itself gives the name whole, whatever it claims.
+/// Every length of a name; more than there is of it is only claimed.
 void addNames(Collector& call) {
     call.add(Kind::NoName, "no name", {.result = 0});
     constexpr int AskedFor = 256;

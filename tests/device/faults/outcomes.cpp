@@ -41,6 +41,9 @@ const Ending TransferRefused = {"TransferRefused",
                                 true,  "File Transfer Error", "Message", Handle::Cleared, 0,   0,      0};
 const Ending CloseRefused =    {"CloseRefused",
                                 true,  "File Close Error",    "Message", Handle::Cleared, 0,   0,      0};
+// The file to upload could not be opened: nothing is released, on purpose.
+const Ending FileNotOpened =   {"FileNotOpened",
+                                true,  "File Error",          "Message", Handle::Open,    1,   1,      0};
 // clang-format on
 
 namespace {
@@ -152,13 +155,20 @@ Lines suffering(const Failure& failure, Lines lines) {
     return lines;
 }
 
+/// Whether less than "LUMADOT XL" arrives.
+bool hidesTheName(const Failure& failure) {
+    constexpr int XlNameLength = 10;
+    return failure.kind == Kind::Error ||
+           (failure.kind == Kind::Reply && *failure.fault.result < XlNameLength);
+}
+
 Outcome setupOutcome(const Subject& subject, const Failure& failure) {
     const SetupRow& row = setupRow(failure.call, failure.kind);
-    if (subject.board == simulator::Board::Xl && failure.call == Name &&
-        failure.kind == Kind::Error) {
-        // Without its name it passes for the standard board; the file's frames are of another size.
+    if (subject.board == simulator::Board::Xl && failure.call == Name && hidesTheName(failure)) {
+        // It passes for the standard board, and its frames are longer than asked for.
         const auto standard = std::ranges::find(subjects(), "receiveDump", &Subject::name);
-        return {row.ending, usualCalls(*standard), -1};
+        return {
+            .ending = row.ending, .calls = usualCalls(*standard), .done = 0, .doneAs = &*standard};
     }
     if (row.ending.found) {
         return {row.ending, usualCalls(subject), subject.whole};
@@ -179,6 +189,52 @@ Outcome transferOutcome(const Subject& subject, const Failure& failure) {
     return {row.ending, suffering(failure, calls), done};
 }
 
+/// The record and the version in a reply of this many letters V.
+Held settingsIn(std::size_t length) {
+    constexpr std::size_t Layout = 4, Version = 4, Record = 10;
+    constexpr std::size_t OlderMode = 0, OlderBrightness = 1, OlderEnhancer = 2, OlderPalette = 3;
+    const auto at = [&](std::size_t position) {
+        return static_cast<std::uint8_t>(position < length ? 'V' : 0);
+    };
+    Held held = heldBefore();
+    if (length <= Layout) {
+        held.record[0] = at(OlderMode);
+        held.record[1] = at(OlderPalette);
+        held.record[21] = at(OlderEnhancer);
+        held.record[22] = at(OlderBrightness);
+        return held;
+    }
+    held.version = std::string(std::min<std::size_t>(length - Version, 6), 'V');
+    for (std::size_t i = 0; i < held.record.size(); ++i) {
+        held.record[i] = at(Record + i);
+    }
+    return held;
+}
+
+/// Any acknowledgement but the refusal accepts, and any reply to a capture is a frame. What is read
+/// depends on the bytes, and the id on the count as well.
+Outcome replyOutcome(const Subject& subject, const Failure& failure) {
+    constexpr int ReplyLength = 63;
+    constexpr int IdRead = SetupCalls + 2;
+    const auto& reply = failure.fault.reply;
+    const auto& count = failure.fault.transferred;
+    const bool id = subject.name == "getUniqueId";
+    Held held = heldBefore();
+    if (reply && subject.name.starts_with("get")) {
+        const auto length = std::min<std::size_t>(reply->size(), ReplyLength);
+        if (id) {
+            held.id = std::string(length, 'V');
+        } else {
+            held = settingsIn(length);
+        }
+    } else if (count && id && failure.call == IdRead) {
+        held.id = BoardId.substr(0, static_cast<std::size_t>(std::max(*count, 0)));
+    } else {
+        return {AsUsual, usualCalls(subject), subject.whole};
+    }
+    return {AsUsual, usualCalls(subject), 0, held};
+}
+
 }  // namespace
 
 support::Lines usualCalls(const Subject& subject) {
@@ -194,11 +250,7 @@ Outcome outcomeOf(const Subject& subject, const Failure& failure) {
         return {AsUsual, usualCalls(subject), subject.whole};  // No result of a release matters.
     }
     if (failure.kind == Kind::Reply) {
-        // Any acknowledgement but the refusal accepts, and any reply to a capture is a frame.
-        // What is taken over depends on the bytes, and the id on the count as well.
-        const bool takesOver = subject.name.starts_with("get") && failure.fault.reply;
-        const bool goesByCount = subject.name == "getUniqueId" && failure.fault.transferred;
-        return {AsUsual, usualCalls(subject), takesOver || goesByCount ? -1 : subject.whole};
+        return replyOutcome(subject, failure);
     }
     return transferOutcome(subject, failure);
 }

@@ -1,6 +1,7 @@
 #ifndef LUMADOT_TESTS_DEVICE_FAULTS_OUTCOMES_H
 #define LUMADOT_TESTS_DEVICE_FAULTS_OUTCOMES_H
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -32,7 +33,7 @@ struct Ending {
 };
 
 extern const Ending AsUsual, NotListed, NotFound, LeftOpen, NotClaimed, SettingsNotRead,
-    OpenRefused, TransferRefused, CloseRefused;
+    OpenRefused, TransferRefused, CloseRefused, FileNotOpened;
 
 /// One failure of one run.
 struct Failure {
@@ -55,7 +56,9 @@ support::Lines usualCalls(const Subject& subject);
 struct Outcome {
     const Ending& ending;
     support::Lines calls;
-    int done;  ///< of the operation's work; -1: it depends on the bytes, which other tests look at
+    int done;                         ///< of the operation's work
+    std::optional<Held> held = {};    ///< what the tool holds then, in place of `done`
+    const Subject* doneAs = nullptr;  ///< the subject that it worked like, null: itself
 };
 
 Outcome outcomeOf(const Subject& subject, const Failure& failure);

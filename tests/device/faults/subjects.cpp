@@ -2,12 +2,11 @@
 
 #include <algorithm>
 #include <cstring>
-#include <filesystem>
 #include <iterator>
 
 #include "device/interfaceUSB.h"
+#include "tests/device/faults/captures.h"
 #include "tests/device/operations.h"
-#include "tests/support/capture_rounds.h"
 #include "tests/support/device_link.h"
 #include "tests/support/odd_files.h"
 #include "tests/support/temporary_folder.h"
@@ -28,18 +27,7 @@ const support::RecordBytes BoardSettings = {7,  3,  32, 33, 34, 35, 36, 37, 38, 
 const support::RecordBytes OlderSettings = {7, 3, 15, 10, 15, 12, 15, 0, 15, 15, 0, 0,
                                             0, 0, 0,  0,  0,  0,  0,  0, 1,  0,  77};
 
-constexpr const char* VersionBefore = "V0.00x";
-constexpr const char* IdBefore = "another id";
 constexpr const char* DestinationName = "a.bin";
-constexpr int DumpRounds = 2;
-
-const std::filesystem::path& folder() {
-    static const support::TemporaryFolder made;
-    return made.path();
-}
-
-std::filesystem::path captureFolder() { return folder() / "dumps"; }
-
 Packet uploadedBytes() { return support::pattern(1100); }
 
 /// Everything that the subjects have in common with `operations()`.
@@ -50,22 +38,20 @@ Subject subject(const std::string& name, std::function<int(const Controller&)> d
 }
 
 /// Whether the tool holds what was read (1) or still what it had (0).
-int readSettings(const support::RecordBytes& read, const std::string& version) {
-    const support::RecordBytes record = support::bytesOf(config);
-    if (record == read && versionString == version) {
-        return 1;
-    }
-    return record == FactorySettings && std::string(versionString) == VersionBefore ? 0 : -2;
+int isRead(const Held& read) {
+    const Held now = whatTheToolHolds();
+    return now == read ? 1 : now == heldBefore() ? 0 : -2;
 }
 
-int readId() {
-    const std::string now = UIDString;
-    return now == "3A7F00C21D5E9B64" ? 1 : now == IdBefore ? 0 : -2;
+int readSettings(const support::RecordBytes& read, const std::string& version) {
+    return isRead({read, version, heldBefore().id});
 }
+
+int readId() { return isRead({heldBefore().record, heldBefore().version, BoardId}); }
 
 Subject settingsReadInTheOlderLayout() {
     Subject made = subject("getSettings", [](const Controller&) {
-        return readSettings(OlderSettings, VersionBefore);
+        return readSettings(OlderSettings, heldBefore().version);
     });
     made.name = "getSettingsOlder";
     made.layout = simulator::SettingsLayout::Older;
@@ -111,91 +97,6 @@ Subject upload() {
     };
 }
 
-std::uintmax_t sizeOf(const std::string& ending) {
-    std::uintmax_t size = 0;
-    for (const auto& entry : std::filesystem::directory_iterator(captureFolder())) {
-        size += entry.path().string().ends_with(ending) ? entry.file_size() : 0;
-    }
-    return size;
-}
-
-/// A capture, and the bytes that each of its frames takes in the files.
-struct CaptureKind {
-    const char* name;
-    unsigned char mode;
-    simulator::Board board;
-    Lines round;
-    std::uintmax_t textFrame;
-    std::uintmax_t rawFrame;  ///< 0: no raw file
-};
-
-constexpr std::uintmax_t StandardText = 12 + 32 * 130 + 2;
-constexpr std::uintmax_t XlText = 12 + 64 * 194 + 2;
-
-const std::vector<CaptureKind>& captureKinds() {
-    using enum simulator::Board;
-    static const std::vector<CaptureKind> all = {
-        {"receiveDump",
-         1,
-         Standard,
-         {"out 0x01 64 2000ms #0: 02 C3 E8 03 00*60", "in 0x81 1541 10000ms #0"},
-         StandardText,
-         4 + 3 * 512},
-        {"receiveDump0",
-         0,
-         Standard,
-         {"out 0x01 64 2000ms #0: 02 C3 E8 00*61", "in 0x81 5 10000ms #0"},
-         StandardText,
-         0},
-        {"receiveDump6",
-         6,
-         Standard,
-         {"out 0x01 64 2000ms #0: 02 C3 E8 0C 00*60", "in 0x81 6149 10000ms #0"},
-         StandardText,
-         4 + 12 * 512},
-        {"receiveDumpXl",
-         1,
-         Xl,
-         {"out 0x01 64 2000ms #0: 02 C3 E8 02 00*60", "in 0x81 3077 10000ms #0"},
-         XlText,
-         4 + 3 * 512},
-    };
-    return all;
-}
-
-/// The frames in the files, -1 when there is no whole number of them or when they disagree.
-int capturedFrames(const CaptureKind& kind) {
-    constexpr std::uintmax_t RawHeader = 8;
-    const std::uintmax_t frames = sizeOf(".txt") / kind.textFrame;
-    const std::uintmax_t raw = kind.rawFrame == 0 ? 0 : RawHeader + frames * kind.rawFrame;
-    const bool whole = sizeOf(".txt") == frames * kind.textFrame && sizeOf(".raw") == raw;
-    return whole ? static_cast<int>(frames) : -1;
-}
-
-/// Ends from a pending event, as the check box of the window ends it.
-void capture(unsigned char mode) {
-    std::filesystem::remove_all(captureFolder());
-    std::filesystem::create_directory(captureFolder());
-    support::CaptureRounds rounds;
-    rounds.stopAfter(DumpRounds);
-    dump_running = true;
-    usb.receiveDump(mode, wxString::FromUTF8(captureFolder().string()));
-    dump_running = false;
-}
-
-Subject dump(const CaptureKind& kind) {
-    return {.name = kind.name,
-            .run =
-                [&kind] {
-                    capture(kind.mode);
-                    return std::nullopt;
-                },
-            .transfers = support::joined({kind.round, kind.round}),
-            .done = [&kind](const Controller&) { return capturedFrames(kind); },
-            .whole = DumpRounds,
-            .board = kind.board};
-}
-
 /// Every operation but the captures.
 std::vector<Subject> commands() {
     return {
@@ -219,15 +120,23 @@ std::vector<Subject> commands() {
 
 }  // namespace
 
-void setWhatTheToolHolds() {
-    config = support::recordOf(FactorySettings);
-    std::strcpy(versionString, VersionBefore);
-    std::strcpy(UIDString, IdBefore);
+const Held& heldBefore() {
+    static const Held held = {FactorySettings, "V0.00x", "another id"};
+    return held;
 }
+
+void setWhatTheToolHolds(const Held& held) {
+    config = support::recordOf(held.record);
+    std::strcpy(versionString, held.version.c_str());
+    std::strcpy(UIDString, held.id.c_str());
+}
+
+Held whatTheToolHolds() { return {support::bytesOf(config), versionString, UIDString}; }
 
 const std::string& uploadedFile() {
     static const std::string file = [] {
-        const auto path = folder() / "local.bin";
+        static const support::TemporaryFolder folder;
+        const auto path = folder.path() / "local.bin";
         support::writeFile(path, uploadedBytes());
         return path.string();
     }();
@@ -248,7 +157,7 @@ std::string productFor(const Subject& subject) {
 const std::vector<Subject>& subjects() {
     static const std::vector<Subject> all = [] {
         std::vector<Subject> made = commands();
-        std::ranges::transform(captureKinds(), std::back_inserter(made), dump);
+        std::ranges::copy(captures(), std::back_inserter(made));
         return made;
     }();
     return all;

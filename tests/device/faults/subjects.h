@@ -10,6 +10,7 @@
 
 #include "simulator/bus.h"
 #include "tests/support/call_lines.h"
+#include "tests/support/device_link.h"
 
 namespace faults {
 
@@ -36,10 +37,26 @@ const std::vector<Subject>& subjects();
 simulator::ControllerOptions boardFor(const Subject& subject);
 std::string productFor(const Subject& subject);
 
-/// Gives the tool the factory settings, and a version text and an id of another board.
-void setWhatTheToolHolds();
+/// What the tool holds of a board.
+struct Held {
+    support::RecordBytes record{};
+    std::string version, id;
+    bool operator==(const Held&) const = default;
+};
 
-/// The file that `uploadFile` uploads, 1100 bytes: three blocks. The captures are kept beside it.
+inline std::ostream& operator<<(std::ostream& stream, const Held& held) {
+    return stream << support::byteText(held.record) << " '" << held.version << "' '" << held.id
+                  << "'";
+}
+
+inline const std::string BoardId = "3A7F00C21D5E9B64";
+
+/// The factory settings, and a version text and an id of another board.
+const Held& heldBefore();
+void setWhatTheToolHolds(const Held& held);
+Held whatTheToolHolds();
+
+/// The file that `uploadFile` uploads, 1100 bytes: three blocks.
 const std::string& uploadedFile();
 
 inline std::ostream& operator<<(std::ostream& stream, const Subject& subject) {

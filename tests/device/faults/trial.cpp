@@ -25,7 +25,7 @@ int Trial::count() { return runs; }
 
 Trial::Trial(const Subject& subject)
     : subject_(&subject), board_(bus.plugController(boardFor(subject), productFor(subject))) {
-    setWhatTheToolHolds();
+    setWhatTheToolHolds(heldBefore());
 }
 
 void Trial::inject(const Failure& failure) {
@@ -40,7 +40,7 @@ void Trial::inject(const Failure& failure) {
 void Trial::goOnWith(const Subject& subject) {
     subject_ = &subject;
     *board_ = simulator::Controller(boardFor(subject));
-    setWhatTheToolHolds();
+    setWhatTheToolHolds(heldBefore());
     listsBefore_ = bus.deviceLists();
     bus.clearCalls();
 }
@@ -69,8 +69,11 @@ void Trial::expect(const Outcome& outcome) {
     EXPECT_EQ(support::callLines(), outcome.calls);
     EXPECT_EQ(result_.value_or(outcome.ending.found), outcome.ending.found);
     EXPECT_EQ(pausesAskedFor() - pausedBefore, subject_->pause);
-    if (outcome.done >= 0) {
-        EXPECT_EQ(subject_->done(*board_), outcome.done);
+    if (outcome.held) {
+        EXPECT_EQ(whatTheToolHolds(), *outcome.held);
+    } else {
+        const Subject& worker = outcome.doneAs != nullptr ? *outcome.doneAs : *subject_;
+        EXPECT_EQ(worker.done(*board_), outcome.done);
     }
     expectState(outcome.ending);
 }
