@@ -28,25 +28,30 @@ replace() {
     END { exit($n == 1 ? 0 : 1) }' "$1"
 }
 
-# passes PROGRAM: runs it as it was built last.
+limit=300 # seconds for a test program
+
+# passes PROGRAM: runs it as it was built last. 124: it took too long.
 passes() {
   local path
   path=$(find "$build" -type f -name "$1" -perm -u+x | head -n 1)
   [[ -n $path ]] || { echo "no test program $1" >&2 && exit 1; }
-  (cd "$tree" && GTEST_FAIL_FAST=1 LC_ALL=C.UTF-8 timeout 300 "../../../$path") >build/mutate/test.log 2>&1
+  (cd "$tree" && GTEST_FAIL_FAST=1 LC_ALL=C.UTF-8 timeout "$limit" "../../../$path") >build/mutate/test.log 2>&1
 }
 
 # caught_by PROGRAM...: the first that fails.
 caught_by() {
-  local program
+  local program result
   for program in "$@"; do
     if ! cmake --build "$build" --target "$program" >build/mutate/build.log 2>&1; then
       return 1
     fi
-    if ! passes "$program"; then
-      echo "$program"
-      return
-    fi
+    result=0
+    passes "$program" || result=$?
+    case $result in
+      0) ;;
+      124) echo "the time limit of $program" && return ;;
+      *) echo "$program" && return ;;
+    esac
   done
 }
 
@@ -85,7 +90,7 @@ run_all() {
       survived=$((survived + 1))
     fi
   done < <(chosen)
-  echo "$(chosen | wc -l) mutations, $survived not caught"
+  echo "$(chosen | wc -l) mutations, $survived not caught, $((SECONDS / 60)) minutes"
   return $((survived > 0))
 }
 
