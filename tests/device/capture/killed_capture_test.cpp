@@ -104,7 +104,9 @@ INSTANTIATE_TEST_SUITE_P(Frames, KilledBetweenRounds, testing::Values(1, 2, 3, 1
 /// At a moment that nobody chose, the frame in progress may be missing, in whole or in part; those
 /// before it may not.
 TEST_F(Killed, AtAnyMomentLosesNoMoreThanTheFrameInProgress) {
-    std::mt19937 random(std::random_device{}());
+    const auto seed = std::random_device{}();
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    std::mt19937 random(seed);
     for (int kill = 0; kill < 8; ++kill) {
         for (const auto& entry : std::filesystem::directory_iterator(folder.path())) {
             std::filesystem::remove(entry.path());

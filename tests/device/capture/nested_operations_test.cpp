@@ -3,10 +3,11 @@
 
 #include <libusb.h>
 
-#include <functional>
+#include <algorithm>
+#include <cstddef>
 #include <ostream>
 #include <string>
-#include <tuple>
+#include <vector>
 
 #include "tests/device/capture/capture_link.h"
 
@@ -51,68 +52,195 @@ support::Lines interruptedCapture() {
                             round,
                             support::releaseLines()});
 }
-constexpr int InterruptedCalls = 36;
 
 TEST_F(NestedOperation, TakesTheConnectionOverAndTheCaptureOpensANewOne) {
     plug(1);
     rounds.after(2, [] { EXPECT_TRUE(usb.sendConfigCmd(0x03, 8)); });
     run(1, 4);
     EXPECT_EQ(support::callLines(), interruptedCapture());
-    EXPECT_EQ(interruptedCapture().size(), std::size_t{InterruptedCalls});
     expectFrames(4);
 }
 
-/// The number of a call in the interrupted capture, 1 = the first, and its error or `Unplugged`.
-class FailingInterruptedCapture : public NestedOperation,
-                                  public testing::WithParamInterface<std::tuple<int, int>> {
-protected:
-    static constexpr int Unplugged = 0;
-    const int call = std::get<0>(GetParam());
-    const int error = std::get<1>(GetParam());
+enum class Handle { Cleared, Stale };
 
-    void injectFailure() {
-        const std::string line = interruptedCapture()[static_cast<std::size_t>(call) - 1];
-        const bool hasResult =
-            !line.starts_with("libusb_free_device_list") && !line.starts_with("libusb_close");
-        if (error == Unplugged) {
-            bus.inject({.nth = call, .unplug = true});
-        } else if (hasResult) {
-            bus.inject({.nth = call, .result = error});
+/// What the interrupted capture comes to.
+struct Ending {
+    int asked;  ///< rounds that asked for a frame
+    int came;   ///< of those frames
+    int commands;
+    int searches;
+    int listsLeft;
+    Handle handle = Handle::Cleared;
+};
+
+/// The search for a controller that has gone is ended with this one, all before it counted.
+constexpr int LastSearch = 6;
+
+// clang-format off
+//                               asked came commands searches    lists
+const Ending AsUsual          = {4,    4,   1,       3,          0};
+// The capture's own search comes to nothing.
+const Ending NotListed        = {0,    0,   0,       1,          0};
+const Ending NotFound         = {0,    0,   0,       1,          1};
+const Ending NotClaimed       = {0,    0,   0,       1,          0, Handle::Stale};
+const Ending FrameLost        = {4,    3,   1,       3,          0};
+const Ending CommandNotFound  = {4,    4,   0,       3,          1};
+const Ending CommandLost      = {4,    4,   0,       3,          0};
+const Ending SearchedTwice    = {4,    4,   1,       4,          0};
+// The controller has gone; the command's search for it keeps its list.
+const Ending GoneInFrame1     = {2,    0,   0,       LastSearch, 1};
+const Ending GoneInFrame2     = {2,    1,   0,       LastSearch, 1};
+const Ending GoneAfterFrame2  = {2,    2,   0,       LastSearch, 1};
+const Ending GoneAtTheCommand = {2,    2,   0,       LastSearch, 0};
+const Ending GoneAfterIt      = {2,    2,   1,       LastSearch, 0};
+const Ending GoneInFrame3     = {4,    2,   1,       3,          0};
+const Ending GoneInFrame4     = {4,    3,   1,       3,          0};
+
+/// A call of the interrupted capture: what comes of an error, and of a controller that leaves with
+/// it. Null: the call has no result, or is about no controller; leaving there is leaving with the
+/// one after it.
+struct CallRow {
+    const char* call;
+    const Ending* error;
+    const Ending* unplugged;
+};
+
+const CallRow CallRows[] = {
+    {"init",                  &AsUsual,          &NotFound},
+    {"get_device_list",       &NotListed,        &NotFound},
+    {"get_device_descriptor", &NotFound,         &NotFound},
+    {"open",                  &NotFound,         &NotFound},
+    {"get_string_descriptor", &AsUsual,          &NotClaimed},
+    {"free_device_list",      nullptr,           nullptr},
+    {"claim_interface",       &NotClaimed,       &NotClaimed},
+    {"out 0x01 64 ",          &FrameLost,        &GoneInFrame1},
+    {"in 0x81 ",              &FrameLost,        &GoneInFrame1},
+    {"out 0x01 64 ",          &FrameLost,        &GoneInFrame2},
+    {"in 0x81 ",              &FrameLost,        &GoneInFrame2},
+    {"release_interface",     &AsUsual,          &GoneAfterFrame2},
+    {"close",                 nullptr,           &GoneAfterFrame2},
+    // The command.
+    {"init",                  &AsUsual,          nullptr},
+    {"get_device_list",       &CommandLost,      nullptr},
+    {"get_device_descriptor", &AsUsual,          &GoneAfterFrame2},  // The one before is still there.
+    {"open",                  &CommandNotFound,  &GoneAfterFrame2},
+    {"get_string_descriptor", &AsUsual,          &GoneAtTheCommand},
+    {"free_device_list",      nullptr,           nullptr},
+    {"claim_interface",       &CommandLost,      &GoneAtTheCommand},
+    {"out 0x01 2052 ",        &CommandLost,      &GoneAtTheCommand},
+    {"release_interface",     &AsUsual,          &GoneAfterIt},
+    {"close",                 nullptr,           &GoneAfterIt},
+    // The capture again.
+    {"init",                  &AsUsual,          nullptr},
+    {"get_device_list",       &SearchedTwice,    nullptr},
+    {"get_device_descriptor", &AsUsual,          &GoneAfterIt},
+    {"open",                  &SearchedTwice,    &GoneAfterIt},
+    {"get_string_descriptor", &AsUsual,          &GoneAfterIt},
+    {"free_device_list",      nullptr,           nullptr},
+    {"claim_interface",       &SearchedTwice,    &GoneAfterIt},
+    {"out 0x01 64 ",          &FrameLost,        &GoneInFrame3},
+    {"in 0x81 ",              &FrameLost,        &GoneInFrame3},
+    {"out 0x01 64 ",          &FrameLost,        &GoneInFrame4},
+    {"in 0x81 ",              &FrameLost,        &GoneInFrame4},
+    {"release_interface",     &AsUsual,          &AsUsual},
+    {"close",                 nullptr,           &AsUsual},
+};
+// clang-format on
+
+/// A call, 1 = the first, and the error that it returns; 0: the controller leaves with it.
+struct FailingCall {
+    int call;
+    int error;
+    const Ending* ending;
+};
+
+std::vector<FailingCall> failingCalls() {
+    std::vector<FailingCall> all;
+    int call = 0;
+    for (const CallRow& row : CallRows) {
+        ++call;
+        if (row.unplugged != nullptr) {
+            all.push_back({call, 0, row.unplugged});
+        }
+        for (const int error :
+             {LIBUSB_ERROR_IO, LIBUSB_ERROR_NO_DEVICE, LIBUSB_ERROR_BUSY, LIBUSB_ERROR_TIMEOUT,
+              LIBUSB_ERROR_PIPE, LIBUSB_ERROR_NO_MEM, LIBUSB_ERROR_OTHER}) {
+            if (row.error != nullptr) {
+                all.push_back({call, error, row.error});
+            }
         }
     }
-    /// Whether the capture's own search comes to nothing.
-    bool keepsItFromStarting() const {
-        constexpr int List = 2, Descriptor = 3, Open = 4, Name = 5, Claim = 7;
-        return call == Descriptor || call == Open || call == Claim ||
-               call == (error == Unplugged ? Name : List);
+    return all;
+}
+
+std::string nameOf(const FailingCall& each) {
+    const std::string call = "Call" + std::to_string(each.call);
+    return call + (each.error == 0 ? "Unplugged" : "Error" + std::to_string(-each.error));
+}
+
+void PrintTo(const FailingCall& each, std::ostream* out) { *out << nameOf(each); }
+
+class FailingInterruptedCapture : public NestedOperation,
+                                  public testing::WithParamInterface<FailingCall> {
+protected:
+    void injectFailure() {
+        constexpr int FirstCallAboutADevice = 3;
+        const int call = GetParam().call;
+        if (GetParam().error != 0) {
+            bus.inject({.nth = call, .result = GetParam().error});
+        } else if (call < FirstCallAboutADevice) {
+            bus.unplug(0);
+        } else {
+            bus.inject({.nth = call, .unplug = true});
+        }
+    }
+    static std::ptrdiff_t commandsSent() {
+        return std::ranges::count(support::callLines(),
+                                  "out 0x01 2052 1000ms #0: 81 C3 E7 FF 03 08 00*2046");
+    }
+    /// The frames that came, whole, and nothing else; no text file if none was asked for.
+    void expectFiles() const {
+        const std::vector<Frame> frames = repliedFrames();
+        EXPECT_EQ(frames.size(), static_cast<std::size_t>(GetParam().ending->came));
+        const std::uint32_t start = frames.empty() ? 0 : startOf(frames);
+        expectRaw(1, frames, start);
+        if (GetParam().ending->asked > 0) {
+            expectText(1, false, frames, start);
+        } else {
+            EXPECT_THAT(fileNames(), testing::ElementsAre(testing::EndsWith(".raw")));
+        }
+        EXPECT_EQ(capture::openFilesIn(folder.path()), 0);
     }
 };
 
-TEST_P(FailingInterruptedCapture, GoesOnAndLeavesNothingOpen) {
+TEST_P(FailingInterruptedCapture, EndsAsItsRowSays) {
+    const Ending& ending = *GetParam().ending;
     plug(1);
     rounds.after(2, [] { usb.sendConfigCmd(0x03, 8); });
-    rounds.afterSearch(6, [] { dump_running = false; });  // Of a controller that has gone.
+    rounds.afterSearch(LastSearch, [] { dump_running = false; });
     injectFailure();
     run(1, 4);
-    if (keepsItFromStarting()) {
-        EXPECT_EQ(rounds.frames(), 0);
-    } else if (error == Unplugged) {
-        EXPECT_GE(rounds.frames(), 1);
-    } else {
-        EXPECT_EQ(rounds.frames(), 4);
-    }
+    EXPECT_EQ(rounds.frames(), ending.asked);
+    EXPECT_EQ(commandsSent(), ending.commands);
+    EXPECT_EQ(rounds.searches(), ending.searches);
     EXPECT_EQ(bus.openHandles(), 0);
     EXPECT_EQ(bus.claimedInterfaces(), 0);
-    EXPECT_EQ(capture::openFilesIn(folder.path()), 0);
+    EXPECT_EQ(bus.deviceLists(), ending.listsLeft);
+    EXPECT_EQ(MyLibusbDeviceHandle == nullptr, ending.handle == Handle::Cleared);
+    expectFiles();
     expectNoStaleHandle();
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    InEachCall, FailingInterruptedCapture,
-    testing::Combine(testing::Range(1, InterruptedCalls + 1),
-                     testing::Values(0, LIBUSB_ERROR_IO, LIBUSB_ERROR_NO_DEVICE, LIBUSB_ERROR_BUSY,
-                                     LIBUSB_ERROR_TIMEOUT, LIBUSB_ERROR_PIPE, LIBUSB_ERROR_NO_MEM,
-                                     LIBUSB_ERROR_OTHER)));
+INSTANTIATE_TEST_SUITE_P(In, FailingInterruptedCapture, testing::ValuesIn(failingCalls()),
+                         [](const auto& test) { return nameOf(test.param); });
+
+TEST_F(NestedOperation, HasARowForEachCallOfTheInterruptedCapture) {
+    const support::Lines calls = interruptedCapture();
+    ASSERT_EQ(calls.size(), std::size(CallRows));
+    for (std::size_t i = 0; i < calls.size(); ++i) {
+        EXPECT_THAT(calls[i], testing::HasSubstr(CallRows[i].call));
+    }
+}
 
 TEST_F(NestedOperation, InTheLastRoundLeavesNothingOpen) {
     plug(1);

@@ -11,7 +11,6 @@ namespace {
 using capture::Bytes;
 using capture::CaptureLink;
 using capture::Frame;
-using testing::IsEmpty;
 
 using Replies = CaptureLink;
 
@@ -20,6 +19,17 @@ TEST_F(Replies, ReadThatTimesOutWritesNothingButMakesTheTextFile) {
     run(1, 3);
     EXPECT_EQ(text(), "");
     EXPECT_EQ(support::byteText(raw()), "52 41 57 00 01 80 20 03");
+    expectReleased();
+}
+
+TEST_F(Replies, TransfersThatAllFailWriteNothingButMakeTheTextFile) {
+    plug(1);
+    bus.inject({.function = "libusb_bulk_transfer", .nth = 0, .result = LIBUSB_ERROR_IO});
+    run(1, 3);
+    EXPECT_EQ(rounds.frames(), 3);
+    EXPECT_EQ(text(), "");
+    EXPECT_EQ(support::byteText(raw()), "52 41 57 00 01 80 20 03");
+    EXPECT_EQ(capture::openFilesIn(folder.path()), 0);
     expectReleased();
 }
 
@@ -211,36 +221,5 @@ TEST_P(HostileController, IsSurvivedAndLeavesWholeFrames) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Seeds, HostileController, testing::Range(1, 31));
-
-struct FailingCall {
-    const char* function;
-    int nth;
-    int result;
-};
-
-class FailingCalls : public CaptureLink, public testing::WithParamInterface<FailingCall> {};
-
-TEST_P(FailingCalls, AreSurvived) {
-    plug(1);
-    bus.inject({.function = std::string("libusb_") + GetParam().function,
-                .nth = GetParam().nth,
-                .result = GetParam().result});
-    run(1, 3);
-    EXPECT_LE(capture::openFilesIn(folder.path()), 0);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    EachOnce, FailingCalls,
-    testing::Values(FailingCall{"init", 1, -99}, FailingCall{"get_device_list", 1, -11},
-                    FailingCall{"get_device_descriptor", 1, -4}, FailingCall{"open", 1, -3},
-                    FailingCall{"get_string_descriptor_ascii", 1, -9},
-                    FailingCall{"get_string_descriptor_ascii", 1, 0},
-                    FailingCall{"claim_interface", 1, -6}, FailingCall{"bulk_transfer", 0, -1},
-                    FailingCall{"bulk_transfer", 1, -4}, FailingCall{"bulk_transfer", 2, -8},
-                    FailingCall{"release_interface", 1, -5}),
-    [](const auto& row) {
-        return std::string(row.param.function) + "_" + std::to_string(row.param.nth) + "_" +
-               std::to_string(-row.param.result);
-    });
 
 }  // namespace

@@ -65,7 +65,7 @@ protected:
         return frames;
     }
 
-    /// The only file with this ending, "" when there is none.
+    /// The content of the only file with this ending; no file, or more than one, fails the test.
     std::string fileOn(const std::string& ending) const {
         std::string content;
         int files = 0;
@@ -76,7 +76,7 @@ protected:
                 ++files;
             }
         }
-        EXPECT_LE(files, 1);
+        EXPECT_EQ(files, 1) << "files *" << ending;
         return content;
     }
 
@@ -175,7 +175,60 @@ TEST_F(CaptureOnADisk, WhoseFilesAreRemovedMakesThemAgainForTheNextFrame) {
     }
 }
 
-using CaptureIntoAFolder = CaptureLink;
+class CaptureIntoAFolder : public CaptureLink {
+protected:
+    /// Captures five frames, of which the second and the third find a folder in the place of the
+    /// file with this ending.
+    std::vector<Frame> captureWithAFolderFor(const std::string& ending) {
+        plug(Mode);
+        std::filesystem::path file;
+        const std::filesystem::path kept = folder.path() / "kept";
+        rounds.after(1, [&] {
+            file = fileWith(ending);
+            std::filesystem::rename(file, kept);
+            std::filesystem::create_directory(file);
+        });
+        rounds.after(3, [&] {
+            EXPECT_EQ(capture::openFilesIn(folder.path()), 0);
+            EXPECT_TRUE(std::filesystem::remove(file));
+            std::filesystem::rename(kept, file);
+        });
+        run(Mode, 5);
+        EXPECT_EQ(rounds.frames(), 5);
+        EXPECT_EQ(fileNames().size(), 2U);
+        EXPECT_EQ(capture::openFilesIn(folder.path()), 0);
+        EXPECT_EQ(dialogs.seen(), 0);
+        expectReleased();
+        return repliedFrames();
+    }
+
+private:
+    std::filesystem::path fileWith(const std::string& ending) const {
+        for (const std::string& name : fileNames()) {
+            if (name.ends_with(ending)) {
+                return folder.path() / name;
+            }
+        }
+        ADD_FAILURE() << "no file *" << ending;
+        return folder.path() / "missing";
+    }
+};
+
+TEST_F(CaptureIntoAFolder, WhoseRawFileCannotBeOpenedSkipsItFrameByFrameAndTheTextGoesOn) {
+    const std::vector<Frame> frames = captureWithAFolderFor(".raw");
+    ASSERT_EQ(frames.size(), 5U);
+    const std::uint32_t start = startOf(frames);
+    expectText(Mode, false, frames, start);
+    expectRaw(Mode, {frames[0], frames[3], frames[4]}, start);
+}
+
+TEST_F(CaptureIntoAFolder, WhoseTextFileCannotBeOpenedSkipsItFrameByFrameAndTheRawFileGoesOn) {
+    const std::vector<Frame> frames = captureWithAFolderFor(".txt");
+    ASSERT_EQ(frames.size(), 5U);
+    const std::uint32_t start = startOf(frames);
+    expectText(Mode, false, {frames[0], frames[3], frames[4]}, start);
+    expectRaw(Mode, frames, start);
+}
 
 TEST_F(CaptureIntoAFolder, ThatIsReadOnlyCostsTheFilesOnly) {
     plug(Mode);
@@ -227,12 +280,14 @@ protected:
 TEST_F(SavingOnADisk, ThatIsFullReportsNothingOfTheSettings) {
     disk.fill();
     saveSettings();
+    EXPECT_TRUE(std::filesystem::exists(settings));
     EXPECT_EQ(support::readFile(settings), Bytes());
 }
 
 TEST_F(SavingOnADisk, ThatIsFullReportsNothingOfThePalette) {
     disk.fill();
     savePalette();
+    EXPECT_TRUE(std::filesystem::exists(paletteFile));
     EXPECT_EQ(support::readFile(paletteFile), Bytes());
 }
 
