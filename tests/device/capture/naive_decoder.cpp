@@ -128,8 +128,7 @@ std::string text(int mode, bool xl, std::uint32_t stamp, const Bytes& planeData)
         for (int column = 0; column < (xl ? 192 : 128); ++column) {
             const Dot dot(planeData, xl, row, column);
             const int value = xl ? dot.number(2) : shade(mode, dot);
-            std::snprintf(line, sizeof line, "%01x", static_cast<unsigned>(value));
-            result += line;
+            result += "0123456789abcdef"[value];
         }
         result += "\r\n";
     }

@@ -57,7 +57,7 @@ const std::vector<CaptureKind>& captureKinds() {
 }
 
 std::filesystem::path folder() {
-    static const support::TemporaryFolder made;
+    static const support::TemporaryFolder made(support::InMemory);  // For thousands of captures.
     return made.path() / "dumps";
 }
 
