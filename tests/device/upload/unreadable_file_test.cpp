@@ -1,5 +1,6 @@
 // Uploads of what cannot be read, and of files that are not what their length says.
 
+#include <libusb.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -83,6 +84,7 @@ TEST_P(UploadOfLength, IsRefusedAtOnceAndTheControllerReleased) {
     const path file = folder.path() / "huge";
     support::makeSparseFile(file, GetParam());
     expectOutcome("File Error", 0);
+    bus.inject({.function = "libusb_bulk_transfer", .nth = 0, .result = LIBUSB_ERROR_IO});
     const auto start = std::chrono::steady_clock::now();
     usb.uploadFile(file.c_str(), "a.bin");
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(30));
