@@ -31,10 +31,7 @@ std::vector<Frame> CaptureLink::repliedFrames() const {
     for (const simulator::Call& call : bus.calls()) {
         if (call.endpoint == 0x81 && asked && call.result == 0 && call.data.size() >= 4) {
             const Bytes& data = call.data;
-            frames.push_back(
-                {static_cast<std::uint32_t>(data[0] + 256 * (data[1] + 256 * data[2])) +
-                     16777216U * data[3],
-                 {data.begin() + 4, data.end()}});
+            frames.push_back({naive::clockOf(data), {data.begin() + 4, data.end()}});
         }
         asked = call.endpoint == 0x01 && call.length == 64;
     }

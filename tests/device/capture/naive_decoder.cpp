@@ -120,6 +120,10 @@ bool hasRawFile(int mode) {
            mode == 13;
 }
 
+std::uint32_t clockOf(const Bytes& reply) {
+    return reply[0] + 0x100U * reply[1] + 0x10000U * reply[2] + 0x1000000U * reply[3];
+}
+
 std::string text(int mode, bool xl, std::uint32_t stamp, const Bytes& planeData) {
     char line[16];
     std::snprintf(line, sizeof line, "0x%08x\r\n", stamp);

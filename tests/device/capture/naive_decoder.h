@@ -18,6 +18,9 @@ const std::vector<int>& allModes();
 int planes(int mode);
 bool hasRawFile(int mode);
 
+/// The controller's time stamp in a reply of at least four bytes.
+std::uint32_t clockOf(const Bytes& reply);
+
 /// The text of a frame; `planeData` is the reply from byte 4 on, whatever there is of it.
 std::string text(int mode, bool xl, std::uint32_t stamp, const Bytes& planeData);
 

@@ -88,11 +88,6 @@ std::vector<Bytes> repliedFrames(const CaptureKind& kind) {
     return frames;
 }
 
-std::uint32_t clockOf(const Bytes& frame) {
-    return static_cast<std::uint32_t>(frame[0] + 256 * (frame[1] + 256 * frame[2])) +
-           16777216U * frame[3];
-}
-
 /// The frames in the files, each compared with what came over the wire.
 int capturedFrames(const CaptureKind& kind) {
     const std::vector<Bytes> frames = repliedFrames(kind);
@@ -100,13 +95,13 @@ int capturedFrames(const CaptureKind& kind) {
     std::uint32_t start = 0;
     if (!frames.empty() && text.size() > 10) {
         start = static_cast<std::uint32_t>(std::stoul(text.substr(2, 8), nullptr, 16)) -
-                clockOf(frames.front());
+                naive::clockOf(frames.front());
     }
     std::string expectedText;
     Bytes expectedRaw = naive::hasRawFile(kind.mode) ? naive::rawHeader(kind.mode) : Bytes{};
     for (const Bytes& frame : frames) {
         const Bytes planes(frame.begin() + PlanesOffset, frame.end());
-        const std::uint32_t stamp = start + clockOf(frame);
+        const std::uint32_t stamp = start + naive::clockOf(frame);
         expectedText += naive::text(kind.mode, kind.board == Board::Xl, stamp, planes);
         if (naive::hasRawFile(kind.mode)) {
             std::ranges::copy(naive::raw(kind.mode, stamp, planes),
