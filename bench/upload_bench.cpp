@@ -122,7 +122,7 @@ void clearing(benchmark::State& state) {
     CommandFrame frame(Command::Upload);
     for (auto step : state) {
         for (std::size_t sent = 0; sent <= FileSize; sent += BlockSize) {
-            frame.clearFrom(CommandFrame::FirstOperand);
+            frame.clear();
             benchmark::DoNotOptimize(frame.data());
             benchmark::ClobberMemory();
         }

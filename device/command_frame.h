@@ -1,55 +1,58 @@
 #ifndef LUMADOT_DEVICE_COMMAND_FRAME_H
 #define LUMADOT_DEVICE_COMMAND_FRAME_H
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
 
-/// Every command that the tool sends, by its code on the wire.
+#include "device/frame.h"
+
+/// Every command that the tool sends, by its code on the wire. The builders of device/frames.h say
+/// what goes into the operands.
 enum class Command : std::uint8_t {
-    Reset = 0x00,          ///< no operand; the controller restarts
-    Store = 0x01,          ///< no operand; the working settings become permanent
-    SelectMode = 0x02,     ///< byte 5: input mode
-    SelectPreset = 0x03,   ///< byte 5: palette preset
-    LoadPalette = 0x04,    ///< byte 5: 0, byte 6: 1, bytes 7..54: the palette
-    Brightness = 0x08,     ///< byte 17: brightness, 10..255
-    Upload = 0x0A,         ///< byte 5: phase, then what the phase needs
-    ReadSettings = 0x10,   ///< no operand; a settings reply follows
-    ReadUniqueId = 0x11,   ///< no operand; the id as text follows
-    StorePalette = 0x12,   ///< no operand; closes the sequence preset, palette, store
-    WriteSettings = 0x20,  ///< bytes 5..27: the settings record
+    Reset = 0x00,
+    Store = 0x01,
+    SelectMode = 0x02,
+    SelectPreset = 0x03,
+    LoadPalette = 0x04,
+    Brightness = 0x08,
+    Upload = 0x0A,
+    ReadSettings = 0x10,
+    ReadUniqueId = 0x11,
+    StorePalette = 0x12,
+    WriteSettings = 0x20,
 };
 
-/// Command frame: the fixed packet that carries every command, always sent whole.
-///
-///   byte 0..3   81 C3 E7 FF
-///   byte 4      command code
-///   byte 5..    operands, zero unless the command sets them
+/// Command frame: byte 4 is the command's code, its operands follow, zero unless they are set.
 class CommandFrame {
 public:
-    static constexpr std::size_t Size = 2052;
-    static constexpr std::size_t FirstOperand = 5;
+    static constexpr std::size_t Code = frame::Content;
+    static constexpr std::size_t FirstOperand = Code + 1;
 
     explicit CommandFrame(Command command) : CommandFrame(static_cast<std::uint8_t>(command)) {}
     /// For a command that is given by its code.
-    explicit CommandFrame(std::uint8_t code);
+    explicit CommandFrame(std::uint8_t code) { bytes_[Code] = code; }
 
-    /// Sets the byte at `offset` (5..2051).
-    void set(std::size_t offset, std::uint8_t value) { bytes_.at(offset) = value; }
+    /// Sets the operand byte at `offset` (5..2051; throws std::out_of_range elsewhere).
+    void set(std::size_t offset, std::uint8_t value);
 
-    /// Copies `operands` to `offset`; what would lie behind the frame's end is left out.
+    /// Copies `operands` to `offset` (5..2051; throws std::out_of_range elsewhere); what would lie
+    /// behind the frame's end is left out.
     void copy(std::size_t offset, std::span<const std::uint8_t> operands);
 
-    /// Zeroes everything from `offset` on.
-    void clearFrom(std::size_t offset);
+    /// Zeroes every operand.
+    void clear();
 
-    // The USB library takes its buffer and length in these types.
+    const frame::Bytes& bytes() const { return bytes_; }
+
+    // As sendUSB takes them.
     unsigned char* data() { return bytes_.data(); }
-    static constexpr int size() { return static_cast<int>(Size); }
+    static constexpr int size() { return static_cast<int>(frame::Size); }
 
 private:
-    std::array<std::uint8_t, Size> bytes_{0x81, 0xC3, 0xE7, 0xFF};
+    std::span<std::uint8_t> operandsFrom(std::size_t offset);
+
+    frame::Bytes bytes_ = frame::blank(frame::Kind::Command);
 };
 
 #endif

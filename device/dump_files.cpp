@@ -22,13 +22,14 @@ std::string nameAt(std::time_t time, const char* pattern) {
 }
 
 /// Opens, appends, closes. One write for a block: what is there is there whole.
-void append(const std::string& path, const void* bytes, std::size_t size) {
+bool append(const std::string& path, const void* bytes, std::size_t size) {
     // Binary for the text file too: its line ends are CR LF on every system.
     const file::Stream stream(std::fopen(path.c_str(), "ab"));
-    if (stream && size > 0) {
-        std::setvbuf(stream.get(), nullptr, _IONBF, 0);
-        std::fwrite(bytes, 1, size, stream.get());
+    if (!stream) {
+        return false;
     }
+    std::setvbuf(stream.get(), nullptr, _IONBF, 0);
+    return std::fwrite(bytes, 1, size, stream.get()) == size;
 }
 
 }  // namespace
@@ -47,10 +48,12 @@ Files::Files(const std::string& folder, const InputModeInfo& mode) : text_(folde
     }
 }
 
-void Files::appendRaw(std::span<const std::uint8_t> block) const {
-    append(raw_, block.data(), block.size());
+bool Files::appendRaw(std::span<const std::uint8_t> block) const {
+    return append(raw_, block.data(), block.size());
 }
 
-void Files::appendText(std::string_view block) const { append(text_, block.data(), block.size()); }
+bool Files::appendText(std::string_view block) const {
+    return append(text_, block.data(), block.size());
+}
 
 }  // namespace dump

@@ -13,17 +13,17 @@ namespace dump {
 /// The files of one capture in a folder, named after the time (UTC) at which it starts:
 /// "/%d%m%y_%H%M%S_lumadot_dump.txt", and ".raw" for the modes that have one. Every frame is
 /// appended through a freshly opened file, so that a frame once written is safe from whatever comes
-/// after. A file that cannot be opened is left out for that frame; nothing is reported.
+/// after. A file that cannot be opened is left out for that frame.
 class Files {
 public:
     /// `folder` in the encoding of the C library. Starts the raw file with its header.
     Files(const std::string& folder, const InputModeInfo& mode);
 
     bool hasRaw() const { return hasRaw_; }
-    void appendRaw(std::span<const std::uint8_t> block) const;
-
-    /// A round of the capture opens the text file even when it has nothing to write.
-    void appendText(std::string_view block) const;
+    // False: the block is not in the file, or not whole. A round of a capture opens the text file
+    // even when it has nothing to write.
+    bool appendRaw(std::span<const std::uint8_t> block) const;
+    bool appendText(std::string_view block) const;
 
 private:
     std::string text_;

@@ -1,8 +1,9 @@
 #ifndef LUMADOT_DEVICE_FILE_STREAM_H
 #define LUMADOT_DEVICE_FILE_STREAM_H
 
+#include <cstddef>
+#include <cstdint>
 #include <cstdio>
-#include <filesystem>
 #include <memory>
 
 /// The C library's byte streams, owned.
@@ -13,27 +14,24 @@ struct Closer {
 };
 using Stream = std::unique_ptr<std::FILE, Closer>;
 
-/// Opens `path` as `fopen` does; null when it cannot be opened.
-inline Stream open(const char* path, const char* mode) {
-    std::error_code ignored;
-    const auto kind = std::filesystem::status(path, ignored).type();
-    // A pipe or a terminal would keep the window waiting for what comes out of it.
-    if (kind == std::filesystem::file_type::fifo ||
-        (kind == std::filesystem::file_type::character && *mode == 'r')) {
-        return nullptr;
-    }
-    return Stream(std::fopen(path, mode));
-}
+/// Whether reading from `path` or writing to it would wait for another program or for the user, as
+/// a pipe or a terminal does.
+bool wouldWait(const char* path, const char* mode);
+
+/// Opens `path` as `fopen` does; null when it cannot be opened, or when using it would wait.
+Stream open(const char* path, const char* mode);
 
 /// The stream's length in bytes, negative when it cannot be read; the stream is rewound.
-inline long length(std::FILE* stream) {
-    std::fgetc(stream);  // A folder can be opened, and on some disks it has a length.
-    const bool readable = std::ferror(stream) == 0;
-    const bool hasEnd = std::fseek(stream, 0, SEEK_END) == 0;
-    const long bytes = std::ftell(stream);
-    std::rewind(stream);
-    return readable && hasEnd ? bytes : -1;
-}
+long length(std::FILE* stream);
+
+/// The first bytes of a file.
+struct Head {
+    std::unique_ptr<std::uint8_t[]> bytes;
+    std::size_t size;
+};
+
+/// Reads no more than `limit` bytes, however long the file is.
+Head readHead(std::FILE* stream, std::size_t limit);
 
 }  // namespace file
 

@@ -4,19 +4,12 @@
 #include <wx/string.h>
 
 #include "device/settings_record.h"
+#include "device/unique_id.h"
+#include "device/variant.h"
 
 struct libusb_device;
 struct libusb_device_handle;
 struct libusb_device_descriptor;
-
-/// What `setup` found. A negative value is the error of the product string's read; the controller
-/// is then open all the same.
-namespace variant {
-inline constexpr int None = 0;
-inline constexpr int UnknownName = 1;
-inline constexpr int Standard = 2;  ///< product string "LUMADOT"
-inline constexpr int Xl = 3;        ///< product string "LUMADOT XL"
-}  // namespace variant
 
 /// The tool's way to the display controller: USB device 0314:e457, interface 0, bulk endpoints 0x01
 /// out and 0x81 in.
@@ -46,7 +39,7 @@ public:
     /// box.
     configDescriptor getSettings(configDescriptor current, char* version);
 
-    /// Reads the controller's unique id into `uid` (sizeof UIDString = 64 characters, always
+    /// Reads the controller's unique id into `uid` (unique_id::TextSize characters, always
     /// NUL-terminated). A failed read leaves `uid` as it was.
     void getUniqueId(char* uid);
 
@@ -65,8 +58,8 @@ public:
 
     /// Copies the file at `localPath` into the controller's storage under `destinationName`, of
     /// which no more than 2046 characters reach the controller. Reports the outcome in one message
-    /// box, except that it says nothing when there is no controller. A file of 2 GiB or more is
-    /// refused.
+    /// box, except that it says nothing when there is no controller. Folders, pipes, terminals and
+    /// files of 2 GiB or more are refused.
     void uploadFile(const char* localPath, const char* destinationName);
 
     /// Records the frames that the controller captures in input mode `mode` into dump files in
@@ -102,6 +95,6 @@ extern configDescriptor config;
 /// Firmware version text: 6 characters and zeros.
 extern char versionString[9];
 /// The controller's unique id, NUL-terminated; empty until one has been read.
-extern char UIDString[64];
+extern char UIDString[unique_id::TextSize];
 
 #endif

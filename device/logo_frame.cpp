@@ -5,7 +5,6 @@
 
 namespace {
 
-constexpr std::size_t Header = 4;
 constexpr std::size_t Planes = 4;
 constexpr std::size_t Rows = 32;
 constexpr std::size_t RowBytes = 16;
@@ -34,7 +33,7 @@ constexpr std::size_t LetteringWidth = Lettering[0].size();
 constexpr std::size_t LetteringLeft = (RowBytes * 8 - LetteringWidth) / 2;
 
 constexpr std::size_t offsetOf(std::size_t plane, std::size_t row, std::size_t byte) {
-    return Header + (plane * Rows + row) * RowBytes + byte;
+    return frame::Content + (plane * Rows + row) * RowBytes + byte;
 }
 
 /// One swatch for each colour, 8 dots wide with its leftmost column dark.
@@ -64,7 +63,7 @@ constexpr void drawLettering(ImageFrame& frame) {
 }
 
 constexpr ImageFrame draw() {
-    ImageFrame frame{0x81, 0xC3, 0xE7, 0x00};
+    ImageFrame frame = frame::blank(frame::Kind::Image);
     drawStrip(frame);
     drawLettering(frame);
     return frame;

@@ -40,7 +40,7 @@ struct configDescriptor {
     std::uint8_t deviceParam19 = 0;  ///< byte 19
     std::uint8_t deviceParam20 = 1;  ///< byte 20
     std::uint8_t enhancer = 1;       ///< byte 21: "Signal Enhancer", 0 off, 1 on
-    std::uint8_t brightness = 30;  ///< byte 22: 10..255 from the slider; a controller may send less
+    std::uint8_t brightness = 30;    ///< byte 22: a controller may send less than MinBrightness
 };
 
 static_assert(sizeof(configDescriptor) == 23);
@@ -50,6 +50,10 @@ static_assert(std::is_trivially_copyable_v<configDescriptor>);
 namespace settings {
 
 inline constexpr std::size_t RecordSize = sizeof(configDescriptor);
+
+/// What the slider sets and the controller is sent. Not from 0 on, on purpose.
+inline constexpr int MinBrightness = 10;
+inline constexpr int MaxBrightness = 255;
 
 /// Length of the read that fetches the settings reply, in bytes.
 inline constexpr int ReplyLength = 63;

@@ -8,18 +8,18 @@
 #include <wx/textdlg.h>
 #include <wx/utils.h>
 
-#include <algorithm>
+#include <array>
 #include <cstdio>
 #include <memory>
 #include <optional>
 #include <span>
 #include <string>
-#include <string_view>
 #include <utility>
 
 #include "device/command_frame.h"
 #include "device/file_stream.h"
 #include "device/interfaceUSB.h"
+#include "device/wire.h"
 #include "ui/palette.h"
 #include "ui/palette_file.h"
 
@@ -27,9 +27,6 @@ namespace {
 
 /// The command's code, as `sendConfigCmd` takes it.
 constexpr char codeOf(Command command) { return static_cast<char>(command); }
-
-/// Boards whose unique id starts with one of these letters drive the 192 x 64 display.
-bool isLargeBoard() { return std::string_view("XSG").find(UIDString[0]) != std::string_view::npos; }
 
 /// What happened to the window while a capture was running further down the call stack.
 struct {
@@ -41,26 +38,10 @@ struct {
 constexpr const char* ConfigFiles = "Config files (lumadot.dat)|lumadot.dat";
 constexpr const char* PaletteFiles = "Palette files (*.pal)|*.pal";
 
-constexpr unsigned long StorePause = 1000;    // ms from writing the settings to storing them
-constexpr unsigned long RestartPause = 3000;  // ms that the controller may take to come back
+constexpr const char* FileError = "File Error";
 
 /// A text in the encoding of the user's locale, as the C library wants it.
 std::string narrow(const wxString& text) { return {text.mb_str(wxConvLibc).data()}; }
-
-/// The first bytes of a file.
-struct FileHead {
-    std::unique_ptr<std::uint8_t[]> bytes;
-    std::size_t size;
-};
-
-/// Reads no more than `limit` bytes, however long the file is.
-FileHead readHead(std::FILE* stream, std::size_t limit) {
-    const long length = std::max(file::length(stream), 0L);
-    const std::size_t wanted = std::min(static_cast<std::size_t>(length), limit);
-    FileHead head{std::make_unique<std::uint8_t[]>(wanted), 0};
-    head.size = std::fread(head.bytes.get(), 1, wanted, stream);
-    return head;
-}
 
 }  // namespace
 
@@ -87,7 +68,7 @@ void MainFrame::setConfig(configDescriptor /*settings*/) {
 /// The large board has the modes 0 and 1 only, and mode 1 has a caption of its own there.
 void MainFrame::showBoardVariant() {
     constexpr std::size_t FirstHidden = 2;
-    const bool large = isLargeBoard();
+    const bool large = unique_id::isLargeBoard(UIDString[0]);
     wpc_Label->SetLabel(large ? _("Sega192x64") : _("Bally/Williams"));
     for (std::size_t mode = FirstHidden; mode < modeButtons.size(); ++mode) {
         (this->*modeButtons[mode])->Show(!large);
@@ -140,13 +121,13 @@ void MainFrame::OnLoad_configMenuSelected(wxCommandEvent&) {
     }
     file::Stream stream = file::open(narrow(dialog.GetPath()).c_str(), "rb");
     if (!stream) {
-        wxMessageBox("File Error");
+        wxMessageBox(FileError);
         return;
     }
     // One byte more than a record is enough to tell that a file is too long.
-    FileHead head = readHead(stream.get(), settings::RecordSize + 1);
+    file::Head head = file::readHead(stream.get(), settings::RecordSize + 1);
     if (head.size != settings::RecordSize) {
-        wxMessageBox("File Error");
+        wxMessageBox(FileError);
         static_cast<void>(head.bytes.release());  // The buffer stays allocated and the file open,
         static_cast<void>(stream.release());      // on purpose.
         return;
@@ -178,10 +159,10 @@ void MainFrame::OnLoad_paletteMenuSelected(wxCommandEvent&) {
     }
     const file::Stream stream = file::open(narrow(dialog.GetPath()).c_str(), "rb");
     if (!stream) {
-        wxMessageBox("File Error");
+        wxMessageBox(FileError);
         return;
     }
-    const FileHead head = readHead(stream.get(), palette_file::Size);
+    const file::Head head = file::readHead(stream.get(), palette_file::Size);
     if (const auto colours = palette_file::decode({head.bytes.get(), head.size})) {
         palette = *colours;
     }
@@ -198,7 +179,7 @@ void MainFrame::OnSave_paletteMenuSelected(wxCommandEvent&) {
     const file::Stream stream = file::open(narrow(dialog.GetPath()).c_str(), "wb");
     auto bytes = std::make_unique<palette_file::Bytes>(palette_file::encode(palette));
     if (!stream) {
-        wxMessageBox("File Error");
+        wxMessageBox(FileError);
         static_cast<void>(bytes.release());  // Stays allocated on purpose.
         return;
     }
@@ -215,7 +196,7 @@ void MainFrame::OnLoad_DeviceMenuSelected(wxCommandEvent&) {
 
 void MainFrame::OnSave_DeviceMenuSelected(wxCommandEvent&) {
     usb.sendConfig(config);
-    wxMilliSleep(StorePause);
+    wxMilliSleep(wire::StorePause);
     usb.sendConfigCmd(codeOf(Command::Store), 0);
 }
 
@@ -242,7 +223,7 @@ void MainFrame::OnUpload_DeviceMenuSelected(wxCommandEvent&) {
 
 void MainFrame::OnReset_DeviceMenuSelected(wxCommandEvent&) {
     usb.sendConfigCmd(codeOf(Command::Reset), 0);
-    wxMilliSleep(RestartPause);
+    wxMilliSleep(wire::RestartPause);
     config = usb.getSettings(config, versionString);
     setConfig(config);
 }

@@ -6,9 +6,7 @@
 #include <cstdint>
 
 #include "device/input_mode.h"
-
-inline constexpr std::size_t PaletteEntries = 16;
-inline constexpr std::size_t PaletteSize = 3 * PaletteEntries;
+#include "device/palette_bytes.h"
 
 /// The current palette: entry i, the colour of dot shade i, is red, green, blue at 3i, 3i + 1,
 /// 3i + 2. Starts as preset 0.
