@@ -42,8 +42,8 @@ struct DotRule {
 
 /// All that the tool knows about one input mode.
 struct InputModeInfo {
-    std::uint8_t number;  ///< on the wire and in the settings record
-    std::string_view name;
+    std::uint8_t number;     ///< on the wire and in the settings record
+    std::string_view label;  ///< as the window shows it, before translation
     ShadeSet shades;
     std::uint8_t capturePlanes;  ///< bit planes that a capture asks for
     bool rawFile;                ///< a capture writes a raw file too

@@ -69,7 +69,7 @@ void MainFrame::setConfig(configDescriptor /*settings*/) {
 void MainFrame::showBoardVariant() {
     constexpr std::size_t FirstHidden = 2;
     const bool large = unique_id::isLargeBoard(UIDString[0]);
-    wpc_Label->SetLabel(large ? _("Sega192x64") : _("Bally/Williams"));
+    wpc_Label->SetLabel(large ? _("Sega192x64") : labelOf(InputMode::WPC));
     for (std::size_t mode = FirstHidden; mode < modeButtons.size(); ++mode) {
         (this->*modeButtons[mode])->Show(!large);
     }
@@ -96,6 +96,10 @@ void MainFrame::showShades(ShadeSet shades) {
     }
     Layout();  // Otherwise the gaps would close at the next resize only.
 }
+
+void MainFrame::set4Colour() { showShades(ShadeSet::Four); }
+void MainFrame::set5Colour() { showShades(ShadeSet::Five); }
+void MainFrame::set16Colour() { showShades(ShadeSet::Sixteen); }
 
 void setColour(wxWindow* parent, wxButton* button, int index) {
     wxColour colour = button->GetBackgroundColour();
@@ -233,7 +237,7 @@ void MainFrame::OnExit(wxCommandEvent&) { Close(); }
 void MainFrame::OnAbout(wxCommandEvent&) {
     wxAboutDialogInfo info;
     info.SetName("LUMADOT Tool");
-    info.SetVersion("V4.02");
+    info.SetVersion("V" LUMADOT_VERSION);
     info.SetDescription(__TIME__);
     info.SetCopyright(__DATE__);
     wxAboutBox(info);
@@ -241,8 +245,10 @@ void MainFrame::OnAbout(wxCommandEvent&) {
 
 /// Shows the mode's shades, remembers the mode and switches the controller to it at once.
 void MainFrame::selectInputMode(InputMode mode) {
+    constexpr std::array ShowShades = {&MainFrame::set4Colour, &MainFrame::set5Colour,
+                                       &MainFrame::set16Colour};  // By ShadeSet.
     const InputModeInfo& info = inputMode(mode);
-    showShades(info.shades);
+    (this->*ShowShades.at(static_cast<std::size_t>(info.shades)))();
     config.inputMode = info.number;
     usb.sendConfigCmd(codeOf(Command::SelectMode), static_cast<char>(config.inputMode));
 }

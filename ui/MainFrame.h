@@ -26,9 +26,9 @@ public:
     void setPal(unsigned char* pal);
 
     // Show the colour buttons of 4, 5 or 16 shades and hide the others.
-    void set4Colour() { showShades(ShadeSet::Four); }
-    void set5Colour() { showShades(ShadeSet::Five); }
-    void set16Colour() { showShades(ShadeSet::Sixteen); }
+    void set4Colour();
+    void set5Colour();
+    void set16Colour();
 
     /// Closes the window as its close box does. Connected to nothing.
     void OnExit(wxCommandEvent& event);

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 #include "device/input_mode.h"
 #include "device/palette_bytes.h"
@@ -21,6 +22,12 @@ using Colours = std::array<std::uint8_t, PaletteSize>;
 
 /// The 48 bytes of preset `index`, 0..8.
 const Colours& colours(std::size_t index);
+
+/// As the window lists them; not translated.
+inline constexpr std::array<std::string_view, Count> Names = {
+    "Palette 0 (VGA)",    "Palette 1 (Red)",    "Palette 2 (Green)",
+    "Palette 3 (Blue)",   "Palette 4 (Violet)", "Palette 5 (Cyan)",
+    "Palette 6 (Yellow)", "Palette 7 (White)",  "Palette 8 (Orange)"};
 
 }  // namespace presets
 

@@ -17,7 +17,7 @@ using enum DotRule::Sum;
 /// One mode, with the digits that its dots become in a dump's text.
 struct ModeCase {
     std::uint8_t number;
-    std::string_view name;
+    std::string_view label;
     ShadeSet shades;
     int planes;
     bool rawFile;
@@ -26,28 +26,30 @@ struct ModeCase {
     std::string_view digits;
 };
 
-std::ostream& operator<<(std::ostream& stream, const ModeCase& mode) { return stream << mode.name; }
+std::ostream& operator<<(std::ostream& stream, const ModeCase& mode) {
+    return stream << mode.label;
+}
 
 // clang-format off
 constexpr ModeCase Table[] = {
-    // number, name,   shades, planes, raw, dots
-    {  0, "PinMame",   Sixteen,  0, false, Count,     0, "0"},
-    {  1, "WPC",       Four,     3, true,  Count,     3, "0123"},
-    {  2, "Stern",     Sixteen,  4, false, Weighted,  4, "0123456789abcdef"},
-    {  3, "WhiteStar", Four,     2, false, Weighted,  2, "0123"},
-    {  4, "Spike",     Sixteen,  4, false, Weighted,  4, "0123456789abcdef"},
-    {  5, "DataEast",  Four,     2, false, Weighted,  2, "0123"},
-    {  6, "Gottlieb1", Five,    12, true,  Count,    12, "033777bbbbbbf"},
-    {  7, "Gottlieb2", Four,     6, true,  Count,     6, "0122223"},
-    {  8, "Gottlieb3", Four,     8, true,  Count,     8, "012222223"},
-    {  9, "Capcom",    Four,     4, true,  Count,     4, "01233"},
-    { 10, "AlvinG",    Five,     4, true,  Count,     4, "01234"},
-    { 11, "Spooky",    Sixteen,  0, false, Weighted,  4, "0123456789abcdef"},
-    { 12, "DE128x16",  Four,     2, false, Weighted,  2, "0123"},
-    { 13, "Inder",     Four,     3, true,  Count,     3, "0123"},
-    { 14, "Sleic",     Four,     2, false, Weighted,  2, "0123"},
-    { 15, "HomePin",   Sixteen,  0, false, Weighted,  4, "0123456789abcdef"},
-    {239, "239",       Sixteen,  4, false, Count,     0, "0"},
+    // number, label,              shades, planes, raw, dots
+    {  0, "USB port",             Sixteen,  0, false, Count,     0, "0"},
+    {  1, "Bally/Williams",       Four,     3, true,  Count,     3, "0123"},
+    {  2, "Stern S.A.M.",         Sixteen,  4, false, Weighted,  4, "0123456789abcdef"},
+    {  3, "Stern Whitestar",      Four,     2, false, Weighted,  2, "0123"},
+    {  4, "Stern Spike",          Sixteen,  4, false, Weighted,  4, "0123456789abcdef"},
+    {  5, "Data East / Sega",     Four,     2, false, Weighted,  2, "0123"},
+    {  6, "Premier Gottlieb V1",  Five,    12, true,  Count,    12, "033777bbbbbbf"},
+    {  7, "Premier Gottlieb V2",  Four,     6, true,  Count,     6, "0122223"},
+    {  8, "Premier Gottlieb V3",  Four,     8, true,  Count,     8, "012222223"},
+    {  9, "Capcom",               Four,     4, true,  Count,     4, "01233"},
+    { 10, "Alvin G",              Five,     4, true,  Count,     4, "01234"},
+    { 11, "Spooky",               Sixteen,  0, false, Weighted,  4, "0123456789abcdef"},
+    { 12, "Data East 128x16",     Four,     2, false, Weighted,  2, "0123"},
+    { 13, "Inder / SPinball",     Four,     3, true,  Count,     3, "0123"},
+    { 14, "Sleic / Petaco",       Four,     2, false, Weighted,  2, "0123"},
+    { 15, "HomePin",              Sixteen,  0, false, Weighted,  4, "0123456789abcdef"},
+    {239, "",                     Sixteen,  4, false, Count,     0, "0"},
 };
 // clang-format on
 
@@ -56,9 +58,9 @@ protected:
     const InputModeInfo& mode() const { return inputMode(GetParam().number); }
 };
 
-TEST_P(InputModeTable, HoldsNumberAndName) {
+TEST_P(InputModeTable, HoldsNumberAndLabel) {
     EXPECT_EQ(mode().number, GetParam().number);
-    EXPECT_EQ(mode().name, GetParam().name);
+    EXPECT_EQ(mode().label, GetParam().label);
 }
 
 TEST_P(InputModeTable, HoldsTheShades) { EXPECT_EQ(mode().shades, GetParam().shades); }
@@ -81,7 +83,7 @@ TEST_P(InputModeTable, HasADigitForEverySumOfItsDots) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Mode, InputModeTable, testing::ValuesIn(Table),
-                         [](const auto& test) { return "No" + std::string(test.param.name); });
+                         [](const auto& test) { return "No" + std::to_string(test.param.number); });
 
 TEST(InputModes, ComeInTheOrderOfTheTable) {
     ASSERT_EQ(inputModes().size(), std::size(Table));
@@ -97,48 +99,28 @@ TEST(InputModes, RepeatNoNumber) {
     }
 }
 
-struct NumberCase {
-    InputMode mode;
-    std::uint8_t number;
-    std::string name;
-};
-
-class InputModeNumber : public testing::TestWithParam<NumberCase> {};
-
-TEST_P(InputModeNumber, IsTheControllersOwn) {
-    EXPECT_EQ(static_cast<std::uint8_t>(GetParam().mode), GetParam().number);
-    EXPECT_EQ(inputMode(GetParam().mode).number, GetParam().number);
-    EXPECT_EQ(inputMode(GetParam().mode).name, GetParam().name);
+TEST(InputModes, AreNumberedAsTheControllerNumbersThem) {
+    using enum InputMode;
+    constexpr InputMode Ordered[] = {PinMame,   WPC,       Stern,     WhiteStar, Spike,  DataEast,
+                                     Gottlieb1, Gottlieb2, Gottlieb3, Capcom,    AlvinG, Spooky,
+                                     DE128x16,  Inder,     Sleic,     HomePin};
+    int number = 0;
+    for (const InputMode mode : Ordered) {
+        EXPECT_EQ(static_cast<int>(mode), number);
+        EXPECT_EQ(inputMode(mode).number, number++);
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Of, InputModeNumber,
-    testing::Values(
-        NumberCase{InputMode::PinMame, 0, "PinMame"}, NumberCase{InputMode::WPC, 1, "WPC"},
-        NumberCase{InputMode::Stern, 2, "Stern"}, NumberCase{InputMode::WhiteStar, 3, "WhiteStar"},
-        NumberCase{InputMode::Spike, 4, "Spike"}, NumberCase{InputMode::DataEast, 5, "DataEast"},
-        NumberCase{InputMode::Gottlieb1, 6, "Gottlieb1"},
-        NumberCase{InputMode::Gottlieb2, 7, "Gottlieb2"},
-        NumberCase{InputMode::Gottlieb3, 8, "Gottlieb3"},
-        NumberCase{InputMode::Capcom, 9, "Capcom"}, NumberCase{InputMode::AlvinG, 10, "AlvinG"},
-        NumberCase{InputMode::Spooky, 11, "Spooky"},
-        NumberCase{InputMode::DE128x16, 12, "DE128x16"}, NumberCase{InputMode::Inder, 13, "Inder"},
-        NumberCase{InputMode::Sleic, 14, "Sleic"}, NumberCase{InputMode::HomePin, 15, "HomePin"}),
-    [](const auto& test) { return test.param.name; });
-
-class NumberOfNoMode : public testing::TestWithParam<int> {};
-
-TEST_P(NumberOfNoMode, HasNoPlanesNoRawFileAndBlankDots) {
-    const InputModeInfo& mode = inputMode(static_cast<std::uint8_t>(GetParam()));
-    EXPECT_EQ(mode.capturePlanes, 0);
-    EXPECT_FALSE(mode.rawFile);
-    EXPECT_EQ(mode.dots.sum, Count);
-    EXPECT_EQ(mode.dots.planes, 0);
-    EXPECT_EQ(mode.dots.digits, "0");
+TEST(InputModes, HaveNoPlanesNoRawFileAndBlankDotsForEveryOtherNumber) {
+    for (int number = 16; number <= 255; ++number) {
+        SCOPED_TRACE(number);
+        const InputModeInfo& mode = inputMode(static_cast<std::uint8_t>(number));
+        EXPECT_EQ(mode.capturePlanes, number == 239 ? 4 : 0);
+        EXPECT_FALSE(mode.rawFile);
+        EXPECT_EQ(mode.dots.sum, Count);
+        EXPECT_EQ(mode.dots.planes, 0);
+        EXPECT_EQ(mode.dots.digits, "0");
+    }
 }
-
-constexpr auto NumberName = [](const auto& test) { return "No" + std::to_string(test.param); };
-INSTANTIATE_TEST_SUITE_P(From16To238, NumberOfNoMode, testing::Range(16, 239), NumberName);
-INSTANTIATE_TEST_SUITE_P(From240To255, NumberOfNoMode, testing::Range(240, 256), NumberName);
 
 }  // namespace

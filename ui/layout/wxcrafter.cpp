@@ -4,10 +4,13 @@
 #include <wx/xrc/xh_bmp.h>
 #include <wx/xrc/xmlres.h>
 
+#include <cstdint>
 #include <string>
-#include <type_traits>
+#include <string_view>
 
+#include "device/settings_record.h"
 #include "ui/layout/wxcrafter_bitmaps.h"
+#include "ui/palette.h"
 
 //  +-- LUMADOT Spectra ------------------------------------------+
 //  | File  Device  Help                                          |
@@ -42,29 +45,6 @@ const std::array<wxButton * Base::*, 16> Base::colourButtons = {
 
 namespace {
 
-/// Labels of the modes 2..15, in the order of the column.
-constexpr std::array PlatformLabels = {wxTRANSLATE("Stern S.A.M."),
-                                       wxTRANSLATE("Stern Whitestar"),
-                                       wxTRANSLATE("Stern Spike"),
-                                       wxTRANSLATE("Data East / Sega"),
-                                       wxTRANSLATE("Premier Gottlieb V1"),
-                                       wxTRANSLATE("Premier Gottlieb V2"),
-                                       wxTRANSLATE("Premier Gottlieb V3"),
-                                       wxTRANSLATE("Capcom"),
-                                       wxTRANSLATE("Alvin G"),
-                                       wxTRANSLATE("Spooky"),
-                                       wxTRANSLATE("Data East 128x16"),
-                                       wxTRANSLATE("Inder / SPinball"),
-                                       wxTRANSLATE("Sleic / Petaco"),
-                                       wxTRANSLATE("HomePin")};
-constexpr std::size_t FirstLabelled = 2;
-
-// Not translated.
-constexpr std::array PresetNames = {
-    "Palette 0 (VGA)",    "Palette 1 (Red)",    "Palette 2 (Green)",
-    "Palette 3 (Blue)",   "Palette 4 (Violet)", "Palette 5 (Cyan)",
-    "Palette 6 (Yellow)", "Palette 7 (White)",  "Palette 8 (Orange)"};
-
 /// What the colour buttons show until a palette is painted on them.
 constexpr std::array FirstColours = {
     "rgb(0,0,0)",       "rgb(128,0,0)",   "rgb(255,0,0)",   "rgb(255,0,255)",
@@ -73,8 +53,6 @@ constexpr std::array FirstColours = {
     "rgb(128,128,128)", "rgb(128,128,0)", "rgb(255,255,0)", "rgb(255,255,255)"};
 
 constexpr int Border = 5;  // device-independent pixels
-constexpr int MinBrightness = 10;
-constexpr int MaxBrightness = 255;
 
 void registerResourcesOnce() {
     if (!bBitmapLoaded) {
@@ -100,6 +78,8 @@ wxMenu* addMenu(wxMenuBar* bar, const wxString& title) {
 wxMenuItem* addItem(wxMenu* menu, const wxString& label) {
     return menu->Append(new wxMenuItem(menu, wxID_ANY, label, wxEmptyString, wxITEM_NORMAL));
 }
+
+wxString textOf(std::string_view text) { return wxString::FromUTF8(text.data(), text.size()); }
 
 }  // namespace
 
@@ -127,6 +107,10 @@ MainFrameBaseClass::MainFrameBaseClass(wxWindow* parent, wxWindowID id, const wx
 
 MainFrameBaseClass::~MainFrameBaseClass() { disconnectHandlers(); }
 
+wxString MainFrameBaseClass::labelOf(InputMode mode) {
+    return wxGetTranslation(textOf(inputMode(mode).label));
+}
+
 void MainFrameBaseClass::buildMenus() {
     m_menuBar = new wxMenuBar(0);
     SetMenuBar(m_menuBar);
@@ -153,7 +137,7 @@ void MainFrameBaseClass::fillModeColumn(wxSizer* column) {
     const int border = FromDIP(Border);
 
     addLabel(column, pinmame_Label, _("PinMame mode with input from :"), 0);
-    set_PinMame = addMode(column, _("USB port"), true);
+    set_PinMame = addMode(column, labelOf(InputMode::PinMame), true);
     addLabel(column, pinball_Label, _("Pinball mode with input from :"), 0);
 
     // The first platform's caption is a text of its own, so that it can change with the board.
@@ -164,13 +148,12 @@ void MainFrameBaseClass::fillModeColumn(wxSizer* column) {
     set_WPC->SetWindowStyleFlag(wxBORDER_NONE);
     set_WPC->SetValue(false);
     wpcRow->Add(set_WPC, 0, wxALL | wxEXPAND, 0);
-    wpc_Label = new wxStaticText(this, wxID_ANY, _("Bally/Williams"), wxDefaultPosition,
+    wpc_Label = new wxStaticText(this, wxID_ANY, labelOf(InputMode::WPC), wxDefaultPosition,
                                  wxDefaultSize, wxBORDER_NONE);
     wpcRow->Add(wpc_Label, 0, wxALL, 0);
 
-    for (std::size_t i = 0; i < PlatformLabels.size(); ++i) {
-        this->*modeButtons[FirstLabelled + i] =
-            addMode(column, wxGetTranslation(PlatformLabels[i]), false);
+    for (std::uint8_t mode = 2; mode < modeButtons.size(); ++mode) {
+        this->*modeButtons[mode] = addMode(column, labelOf(InputMode{mode}), false);
     }
 
     column->Add(0, 0, 1, wxALL, border);
@@ -182,11 +165,11 @@ void MainFrameBaseClass::fillPaletteColumn(wxSizer* column) {
     const int border = FromDIP(Border);
 
     addLabel(column, palette_Label, _("Select Palette"), wxALIGN_CENTER_HORIZONTAL);
-    wxArrayString presets;
-    for (const char* name : PresetNames) {
-        presets.Add(name);
+    wxArrayString names;
+    for (const std::string_view name : presets::Names) {
+        names.Add(textOf(name));
     }
-    set_pal = new wxChoice(this, wxID_ANY, wxDefaultPosition, wxDefaultSize, presets);
+    set_pal = new wxChoice(this, wxID_ANY, wxDefaultPosition, wxDefaultSize, names);
     set_pal->SetSelection(0);
     column->Add(set_pal, 0, wxALL | wxEXPAND, 0);
 
@@ -197,8 +180,9 @@ void MainFrameBaseClass::fillPaletteColumn(wxSizer* column) {
 
     column->Add(0, 0, 1, wxALL, border);
     addLabel(column, brightness_Label, _("Brightness"), wxALIGN_CENTER_HORIZONTAL);
-    brightness_Slider = new wxSlider(this, wxID_ANY, MinBrightness, MinBrightness, MaxBrightness,
-                                     wxDefaultPosition, wxDefaultSize, wxSL_HORIZONTAL);
+    brightness_Slider =
+        new wxSlider(this, wxID_ANY, settings::MinBrightness, settings::MinBrightness,
+                     settings::MaxBrightness, wxDefaultPosition, wxDefaultSize, wxSL_HORIZONTAL);
     column->Add(brightness_Slider, 0, wxALL | wxEXPAND, border);
 }
 

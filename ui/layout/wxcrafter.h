@@ -14,6 +14,8 @@
 
 #include <array>
 
+#include "device/input_mode.h"
+
 /// Set once the embedded resource has been registered.
 extern bool bBitmapLoaded;
 
@@ -147,6 +149,9 @@ protected:
     wxButton* set_col15 = nullptr;
     wxStaticText* brightness_Label = nullptr;
     wxSlider* brightness_Slider = nullptr;
+
+    /// A mode's label, translated.
+    static wxString labelOf(InputMode mode);
 
     /// The radio buttons by the number of their input mode, 0..15.
     static const std::array<wxRadioButton * MainFrameBaseClass::*, 16> modeButtons;
