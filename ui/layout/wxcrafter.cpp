@@ -1,5 +1,7 @@
 #include "ui/layout/wxcrafter.h"
 
+#include <wx/config.h>
+#include <wx/log.h>
 #include <wx/persist/toplevel.h>
 #include <wx/xrc/xh_bmp.h>
 #include <wx/xrc/xmlres.h>
@@ -77,6 +79,14 @@ wxMenu* addMenu(wxMenuBar* bar, const wxString& title) {
 
 wxMenuItem* addItem(wxMenu* menu, const wxString& label) {
     return menu->Append(new wxMenuItem(menu, wxID_ANY, label, wxEmptyString, wxITEM_NORMAL));
+}
+
+/// Writes the configuration while the program still stands: one that cannot be written (no home, a
+/// full disk) is logged, and at the program's end the toolkit's log has nowhere to go. The next
+/// window reads it anew.
+void closeConfiguration() {
+    const wxLogNull silent;
+    delete wxConfigBase::Set(nullptr);
 }
 
 wxString textOf(std::string_view text) { return wxString::FromUTF8(text.data(), text.size()); }
@@ -232,6 +242,14 @@ void MainFrameBaseClass::placeFrame() {
     } else {
         CentreOnScreen(wxBOTH);
     }
+    // Bound before the geometry's own handler, so that it runs after it.
+    Bind(wxEVT_DESTROY, [this](wxWindowDestroyEvent& event) {
+        event.Skip();
+        if (event.GetEventObject() == this) {
+            closeConfiguration();
+        }
+    });
+    const wxLogNull silent;  // A configuration that cannot be read is no reason for a box.
     auto& geometry = wxPersistenceManager::Get();
     if (geometry.Find(this) != nullptr) {
         geometry.Restore(this);
