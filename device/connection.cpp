@@ -64,6 +64,10 @@ int receive(libusb_device_handle* handle, std::span<std::uint8_t> bytes, unsigne
 Opened open(Place place) {
     Opened opened;
     opened.started = libusb_init(nullptr);  // Each time, and never undone: the library counts.
+    place.started = place.started || opened.started == LIBUSB_SUCCESS;
+    if (!place.started) {
+        return opened;  // There is no default context to enumerate with.
+    }
     openFirst(place, opened);
     if (place.handle == nullptr) {
         return opened;

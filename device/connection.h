@@ -38,6 +38,7 @@ int receive(libusb_device_handle* handle, std::span<std::uint8_t> bytes, unsigne
 
 /// What `open` works on; all of it belongs to the caller and stays as `open` leaves it.
 struct Place {
+    bool& started;  ///< the library has been initialised at least once
     libusb_device**& list;
     libusb_device_descriptor& descriptor;  ///< of the device that was looked at last
     libusb_device_handle*& handle;
@@ -53,7 +54,8 @@ struct Opened {
     std::optional<int> claimed = {};
 };
 
-/// Initialises the library's default context once more, enumerates the bus, opens the first
+/// Initialises the library's default context once more (a failure matters only as long as it has
+/// never succeeded: there is no controller then), enumerates the bus, opens the first
 /// controller on it (later ones are never considered), reads its product string and claims
 /// interface 0. A handle that the caller has left in its place is used when no controller could be
 /// opened: this is meant. Without a handle the list stays allocated, and a controller that cannot

@@ -34,6 +34,9 @@ namespace {
 
 constexpr unsigned long ReconnectPause = 100;  // ms between two attempts of a capture
 
+/// The USB library has been initialised at least once.
+bool libraryStarted = false;
+
 /// True while the handle is one that an operation has left open and claimed on purpose.
 bool leftOpen = false;
 
@@ -114,7 +117,8 @@ int USBClass::setup() {
         lending.lent = false;
         release();
     }
-    const connection::Opened opened = connection::open({devs, desc, MyLibusbDeviceHandle});
+    const connection::Opened opened =
+        connection::open({libraryStarted, devs, desc, MyLibusbDeviceHandle});
     leftOpen = opened.claimed >= 0 && opened.variant == variant::None;
     return opened.variant;
 }

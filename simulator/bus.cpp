@@ -64,6 +64,10 @@ int Bus::State::findHandle(Token token) const {
     return handle == handles.end() ? -1 : handle->second;
 }
 
+bool Bus::State::hasContext(Token token) const {
+    return token == 0 ? defaultContext > 0 || !contexts.empty() : contexts.contains(token);
+}
+
 Fault Bus::State::takeFaults(const Call& call) {
     Fault effect;
     std::vector<Fault> remaining;
@@ -189,6 +193,10 @@ std::uint64_t Bus::now() const {
     const auto elapsed = std::chrono::steady_clock::now() - state_->start;
     const auto ms = std::chrono::duration_cast<milliseconds>(elapsed).count();
     return static_cast<std::uint64_t>(ms) + state_->skipped;
+}
+
+int Bus::openContexts() const {
+    return state_->defaultContext + static_cast<int>(state_->contexts.size());
 }
 
 int Bus::openHandles() const { return static_cast<int>(state_->handles.size()); }

@@ -57,7 +57,8 @@ struct Device {
 /// claimed through another (LIBUSB_ERROR_BUSY), a device that has gone answers
 /// LIBUSB_ERROR_NO_DEVICE, a transfer on an interface that is not claimed fails with
 /// LIBUSB_ERROR_IO. What the real library would not survive (a null or closed handle, a list freed
-/// twice) is reported in the log and answered with LIBUSB_ERROR_NO_DEVICE.
+/// twice) is reported in the log and answered with LIBUSB_ERROR_NO_DEVICE; a context that was never
+/// initialised ends the program.
 ///
 /// Faults: an error code as `result` keeps the call from having any effect, unless bytes are to
 /// arrive all the same (`reply`). Any other `result` is only claimed: the call does its work.
@@ -97,6 +98,7 @@ public:
     /// The simulated clock, in ms: real time plus the waits that ended at once.
     std::uint64_t now() const;
 
+    int openContexts() const;       ///< initialisations of the library not given back
     int openHandles() const;        ///< handles opened and not closed
     int claimedInterfaces() const;  ///< interfaces claimed and not released
     int deviceLists() const;        ///< device lists handed out and not freed

@@ -3,6 +3,7 @@
 
 #include <fstream>
 #include <map>
+#include <set>
 
 #include "simulator/bus.h"
 
@@ -27,6 +28,10 @@ struct Bus::State {
     int findDevice(Token token) const;  ///< the device's number, -1: there never was one
     int findHandle(Token token) const;  ///< the number of the device it is open on, -1: not open
 
+    /// Whether the library could work with this context. As with the real one, null is the default
+    /// context, or, while that was not initialised, any other.
+    bool hasContext(Token token) const;
+
     /// What the faults make of this call, taken together; those that are used up are removed.
     Fault takeFaults(const Call& call);
     void record(Call call);
@@ -35,6 +40,10 @@ struct Bus::State {
     /// Lets this many ms pass, in real time or on the simulated clock.
     void wait(std::uint64_t ms);
     void reset();
+
+    // Not forgotten at a reset: the client still has them.
+    int defaultContext = 0;    ///< how often it was initialised, less how often it was given back
+    std::set<Token> contexts;  ///< those that a client has made beside it
 
     std::vector<Slot> devices;
     std::map<Token, int> handles;  ///< open handles, and the number of their device

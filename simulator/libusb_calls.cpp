@@ -1,6 +1,7 @@
 #include <libusb.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
@@ -15,6 +16,15 @@ using State = LibraryCalls::State;
 using Token = State::Token;
 
 constexpr std::uint8_t productIndex = 2;
+
+/// Ends the program where the real library would follow a null or dangling pointer.
+void requireContext(const CallInProgress& progress, libusb_context* context) {
+    if (!progress.state.hasContext(tokenOf(context))) {
+        std::fprintf(stderr, "simulated bus: %s with a context that is not initialised\n",
+                     progress.call.function.c_str());
+        std::abort();
+    }
+}
 
 /// A null-terminated list of the devices on the bus, with room for `count` at least.
 libusb_device** makeList(State& state, std::size_t count) {
@@ -211,20 +221,35 @@ ErrorText errorText(int code) {
 using simulator::CallInProgress;
 
 int libusb_init(libusb_context** context) {
-    return CallInProgress("libusb_init").run([&] {
-        if (context != nullptr) {
-            *context = nullptr;  // There is one bus, so the default context does for all.
+    CallInProgress progress("libusb_init");
+    return progress.run([&] {
+        if (context == nullptr) {
+            ++progress.state.defaultContext;
+        } else {
+            const simulator::Token token = progress.state.newToken();
+            progress.state.contexts.insert(token);
+            *context = reinterpret_cast<libusb_context*>(token);
         }
         return LIBUSB_SUCCESS;
     });
 }
 
-void libusb_exit(libusb_context*) {
-    CallInProgress("libusb_exit").run([] { return LIBUSB_SUCCESS; });
+void libusb_exit(libusb_context* context) {
+    CallInProgress progress("libusb_exit");
+    simulator::requireContext(progress, context);
+    progress.run([&] {
+        if (context == nullptr) {
+            --progress.state.defaultContext;
+        } else {
+            progress.state.contexts.erase(simulator::tokenOf(context));
+        }
+        return LIBUSB_SUCCESS;
+    });
 }
 
-ssize_t libusb_get_device_list(libusb_context*, libusb_device*** list) {
+ssize_t libusb_get_device_list(libusb_context* context, libusb_device*** list) {
     CallInProgress progress("libusb_get_device_list");
+    simulator::requireContext(progress, context);
     return progress.run([&]() -> int {
         const int claimed = progress.fault.result.value_or(0);
         libusb_device** made =

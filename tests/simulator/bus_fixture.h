@@ -9,8 +9,15 @@
 
 /// Starts from an empty bus and talks to it through the library calls.
 struct BusFixture : testing::Test {
-    BusFixture() { bus.reset(); }
-    ~BusFixture() override { bus.reset(); }
+    BusFixture() {
+        bus.reset();
+        EXPECT_EQ(libusb_init(nullptr), 0);
+        bus.clearCalls();
+    }
+    ~BusFixture() override {
+        libusb_exit(nullptr);
+        bus.reset();
+    }
 
     /// The devices on the bus; the list itself is freed.
     static std::vector<libusb_device*> devices() {

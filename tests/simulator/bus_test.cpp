@@ -12,11 +12,48 @@ libusb_device_handle* const invented = reinterpret_cast<libusb_device_handle*>(0
 
 }  // namespace
 
-TEST_F(BusTest, EmptyBusListsNothing) {
+TEST_F(BusTest, EmptyBusListsNothing) { EXPECT_TRUE(devices().empty()); }
+
+// Contexts are counted by the process: without the fixture, which has initialised one.
+TEST(BusContext, IsCountedUntilItIsGivenBackAsOftenAsInitialised) {
+    const simulator::Bus& bus = simulator::Bus::instance();
+    libusb_context* other = nullptr;
     EXPECT_EQ(libusb_init(nullptr), 0);
-    EXPECT_TRUE(devices().empty());
+    EXPECT_EQ(libusb_init(nullptr), 0);
+    EXPECT_EQ(libusb_init(&other), 0);
+    EXPECT_NE(other, nullptr);
+    EXPECT_EQ(bus.openContexts(), 3);
     libusb_exit(nullptr);
-    EXPECT_EQ(last().function, "libusb_exit");
+    libusb_exit(other);
+    EXPECT_EQ(bus.openContexts(), 1);
+    libusb_exit(nullptr);
+    EXPECT_EQ(bus.openContexts(), 0);
+}
+
+TEST(BusContext, OfAnotherClientServesAsTheDefault) {
+    libusb_context* other = nullptr;
+    libusb_device** list = nullptr;
+    libusb_init(&other);
+    EXPECT_EQ(libusb_get_device_list(nullptr, &list), 0);
+    libusb_free_device_list(list, 1);
+    libusb_exit(other);
+}
+
+TEST(BusContextDeathTest, ThatNoInitialisationEverMadeEndsTheProgram) {
+    libusb_device** list = nullptr;
+    EXPECT_DEATH(libusb_get_device_list(nullptr, &list), "context that is not initialised");
+    EXPECT_DEATH(libusb_exit(nullptr), "context that is not initialised");
+    simulator::Bus::instance().inject({.function = "libusb_init", .result = LIBUSB_ERROR_OTHER});
+    EXPECT_EQ(libusb_init(nullptr), LIBUSB_ERROR_OTHER);
+    EXPECT_DEATH(libusb_get_device_list(nullptr, &list), "context that is not initialised");
+}
+
+TEST(BusContextDeathTest, ThatWasGivenBackEndsTheProgram) {
+    libusb_context* other = nullptr;
+    libusb_device** list = nullptr;
+    libusb_init(&other);
+    libusb_exit(other);
+    EXPECT_DEATH(libusb_get_device_list(other, &list), "context that is not initialised");
 }
 
 TEST_F(BusTest, DevicesAreListedInTheOrderOfPlugging) {

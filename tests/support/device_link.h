@@ -52,6 +52,7 @@ inline Lines releaseLines() { return {"libusb_release_interface 0 #0", "libusb_c
 class DeviceLink : public testing::Test {
 protected:
     DeviceLink() {
+        startLibraryOnce();
         bus.reset();
         devs = nullptr;
         MyLibusbDeviceHandle = nullptr;
@@ -86,6 +87,16 @@ protected:
 
     simulator::Bus& bus = simulator::Bus::instance();
     Dialogs dialogs;
+
+private:
+    /// Whichever test comes first: none of them is about the library's first initialisation.
+    void startLibraryOnce() {
+        static const int nothing = [this] {
+            fail("libusb_get_device_list", LIBUSB_ERROR_OTHER);
+            return usb.setup();
+        }();
+        EXPECT_EQ(nothing, 0);
+    }
 };
 
 }  // namespace support
