@@ -113,7 +113,7 @@ bool yieldConnection(bool connected) {
 USBClass::~USBClass() = default;
 
 int USBClass::setup() {
-    if (lending.lent) {
+    if (lending.lent || (lending.yielding && leftOpen)) {
         lending.lent = false;
         release();
     }
@@ -210,13 +210,14 @@ void USBClass::uploadFile(const char* localPath, const char* destinationName) {
     if (setup() == variant::None) {
         return;
     }
+    const bool waits = file::wouldWait(localPath, "rb");
     file::Stream stream = file::open(localPath, "rb");
-    if (!stream) {
+    if (!stream && !waits) {
         leftOpen = true;  // The controller stays open and claimed on purpose.
         wxMessageBox(FileError);
         return;
     }
-    const long length = file::length(stream.get());
+    const long length = stream ? file::length(stream.get()) : -1;
     const bool fits = length >= 0 && length <= upload::MaxSize;
     const auto size = fits ? static_cast<std::size_t>(length) : 0;
     std::unique_ptr<std::uint8_t[]> content(new (std::nothrow) std::uint8_t[size]);

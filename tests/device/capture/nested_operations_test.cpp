@@ -359,6 +359,28 @@ TEST_F(NestedOperation, ThatKeepsTheControllerClaimedOnPurposeLetsTheCaptureGoOn
     expectNoStaleHandle();
 }
 
+TEST_F(NestedOperation, AfterOneThatKeepsTheControllerClaimedInTheSameRoundIsServed) {
+    plug(1);
+    dialogs.expectMessage("File Error", "Message");
+    rounds.after(2, [&] {
+        usb.uploadFile((folder.path() / "missing").c_str(), "name");
+        EXPECT_TRUE(usb.sendConfigCmd(0x03, 8));
+    });
+    run(1, 4);
+    expectFrames(4);
+}
+
+TEST_F(NestedOperation, AfterOneThatFoundNoNameInTheSameRoundIsServed) {
+    plug(1);
+    rounds.after(2, [&] {
+        fail("libusb_get_string_descriptor_ascii", 0);
+        EXPECT_FALSE(usb.sendConfigCmd(0x03, 7));
+        EXPECT_TRUE(usb.sendConfigCmd(0x03, 8));
+    });
+    run(1, 4);
+    expectFrames(4);
+}
+
 /// Why neither the nested operation nor the search after it connects, though the board is there.
 struct Obstacle {
     std::string what;

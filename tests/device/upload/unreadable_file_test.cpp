@@ -28,12 +28,13 @@ protected:
         EXPECT_NE(MyLibusbDeviceHandle, nullptr);
     }
 
-    /// "File Error", and nothing was sent.
+    /// "File Error", nothing was sent, and the controller is given back.
     void expectRefused(const path& file) {
-        dialogs.expectMessage("File Error", "Message");
+        expectOutcome("File Error", 0);
         usb.uploadFile(file.c_str(), "a.bin");
-        EXPECT_EQ(sentFrames(), support::Lines());
-        EXPECT_TRUE(controller->files().empty());
+        EXPECT_EQ(callLines(), joined({setupLines(), support::releaseLines()}));
+        EXPECT_EQ(support::timesOpen(file), 0);
+        expectReleased();
     }
 };
 
@@ -66,6 +67,8 @@ TEST_F(UploadOf, ALinkToAPipeDoesNotWait) {
     expectRefused(folder.path() / "link");
 }
 
+TEST_F(UploadOf, ACharacterDeviceIsRefused) { expectRefused("/dev/zero"); }
+
 TEST_F(UploadOf, AFolderIsRefused) { expectRefused(folder.path()); }
 
 TEST_F(UploadOf, AFolderInMemoryIsRefused) {
@@ -75,6 +78,7 @@ TEST_F(UploadOf, AFolderInMemoryIsRefused) {
 
 TEST_F(UploadOf, AFolderOfTheKernelIsRefused) {
     expectRefused("/proc");
+    bus.clearCalls();
     expectRefused("/sys");
 }
 
@@ -83,15 +87,10 @@ class UploadOfLength : public UploadOf, public testing::WithParamInterface<std::
 TEST_P(UploadOfLength, IsRefusedAtOnceAndTheControllerReleased) {
     const path file = folder.path() / "huge";
     support::makeSparseFile(file, GetParam());
-    expectOutcome("File Error", 0);
-    bus.inject({.function = "libusb_bulk_transfer", .nth = 0, .result = LIBUSB_ERROR_IO});
     const auto start = std::chrono::steady_clock::now();
-    usb.uploadFile(file.c_str(), "a.bin");
+    expectRefused(file);
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(30));
-    EXPECT_EQ(callLines(), joined({setupLines(), support::releaseLines()}));
-    EXPECT_EQ(support::timesOpen(file), 0);
     EXPECT_EQ(std::filesystem::file_size(file), GetParam());
-    expectReleased();
 }
 
 INSTANTIATE_TEST_SUITE_P(From2GibUp, UploadOfLength,
