@@ -43,6 +43,20 @@ constexpr const char* FileError = "File Error";
 /// A text in the encoding of the user's locale, as the C library wants it.
 std::string narrow(const wxString& text) { return {text.mb_str(wxConvLibc).data()}; }
 
+/// A text from the controller; bytes that the locale cannot decode as \xNN.
+wxString shown(const char* text) {
+    const wxString decoded(text, wxConvLibc);
+    if (!decoded.empty()) {
+        return decoded;
+    }
+    wxString escaped;
+    for (; *text != '\0'; ++text) {
+        const auto byte = static_cast<unsigned char>(*text);
+        escaped += byte < 0x80 ? wxString(*text) : wxString::Format("\\x%02X", byte);
+    }
+    return escaped;
+}
+
 }  // namespace
 
 MainFrame::MainFrame(wxWindow* parent) : MainFrameBaseClass(parent) {
@@ -193,7 +207,8 @@ void MainFrame::OnSave_paletteMenuSelected(wxCommandEvent&) {
 void MainFrame::OnLoad_DeviceMenuSelected(wxCommandEvent&) {
     config = usb.getSettings(config, versionString);
     usb.getUniqueId(UIDString);
-    wxMessageBox(wxString::Format("Firmware Version: %s\nUnique ID: %s", versionString, UIDString),
+    wxMessageBox(wxString::Format("Firmware Version: %s\nUnique ID: %s", shown(versionString),
+                                  shown(UIDString)),
                  "Configuration Loaded", wxOK | wxCENTRE);
     setConfig(config);  // After the box has been closed, on purpose.
 }
@@ -222,7 +237,12 @@ void MainFrame::OnUpload_DeviceMenuSelected(wxCommandEvent&) {
     if (names.ShowModal() == wxID_CANCEL) {
         return;
     }
-    usb.uploadFile(narrow(files.GetPath()).c_str(), narrow(names.GetValue()).c_str());
+    const std::string name = narrow(names.GetValue());
+    if (name.empty() && !names.GetValue().empty()) {
+        wxMessageBox(FileError);  // The locale has no bytes for it; an empty name is another one.
+        return;
+    }
+    usb.uploadFile(narrow(files.GetPath()).c_str(), name.c_str());
 }
 
 void MainFrame::OnReset_DeviceMenuSelected(wxCommandEvent&) {

@@ -120,6 +120,18 @@ TEST_F(FileNamedInUtf8InLocaleC, IsReportedByUploading) {
     usb.release();
 }
 
+TEST_F(FileNamedInUtf8InLocaleC, IsNotWhatAnUploadCanBeCalled) {
+    plug();
+    support::writeFile(folder.path() / "a.bin", Bytes{1, 2, 3});
+    expectNothingChanges([this] {
+        dialogs.expectFile(upload, (folder.path() / "a.bin").string());
+        dialogs.expectText("Destination Filename", "Upload File", "a.bin",
+                           wxString::FromUTF8("\xC3\xBC.bin"));
+        support::expectPlainMessage(dialogs, "File Error");
+        choose(&Members::upload_Device);
+    });
+}
+
 // The application's start
 
 class StartInLocale : public Keeping {
