@@ -6,7 +6,7 @@
 #include <wx/xrc/xh_bmp.h>
 #include <wx/xrc/xmlres.h>
 
-#include <cstdint>
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -162,8 +162,8 @@ void MainFrameBaseClass::fillModeColumn(wxSizer* column) {
                                  wxDefaultSize, wxBORDER_NONE);
     wpcRow->Add(wpc_Label, 0, wxALL, 0);
 
-    for (std::uint8_t mode = 2; mode < modeButtons.size(); ++mode) {
-        this->*modeButtons[mode] = addMode(column, labelOf(InputMode{mode}), false);
+    for (std::size_t mode = 2; mode < modeButtons.size(); ++mode) {
+        this->*modeButtons[mode] = addMode(column, labelOf(static_cast<InputMode>(mode)), false);
     }
 
     column->Add(0, 0, 1, wxALL, border);
