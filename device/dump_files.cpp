@@ -21,15 +21,16 @@ std::string nameAt(std::time_t time, const char* pattern) {
     return name.data();
 }
 
-/// Opens, appends, closes. One write for a block: what is there is there whole.
-bool append(const std::string& path, const void* bytes, std::size_t size) {
+/// Opens, appends, closes. One write for a block: what is there is there whole. An empty block opens all the
+/// same: the file is there, and its writing was tried.
+bool append(const std::string& path, std::string_view block) {
     // Binary for the text file too: its line ends are CR LF on every system.
     const file::Stream stream(std::fopen(path.c_str(), "ab"));
     if (!stream) {
         return false;
     }
     std::setvbuf(stream.get(), nullptr, _IONBF, 0);
-    return std::fwrite(bytes, 1, size, stream.get()) == size;
+    return block.empty() || std::fwrite(block.data(), 1, block.size(), stream.get()) == block.size();
 }
 
 }  // namespace
@@ -49,11 +50,11 @@ Files::Files(const std::string& folder, const InputModeInfo& mode) : text_(folde
 }
 
 bool Files::appendRaw(std::span<const std::uint8_t> block) const {
-    return append(raw_, block.data(), block.size());
+    return append(raw_, {reinterpret_cast<const char*>(block.data()), block.size()});
 }
 
 bool Files::appendText(std::string_view block) const {
-    return append(text_, block.data(), block.size());
+    return append(text_, block);
 }
 
 }  // namespace dump
