@@ -6,7 +6,7 @@
 #include "device/interfaceUSB.h"
 #include "simulator/bus.h"
 #include "tests/device/operations.h"
-#include "tests/support/call_lines.h"
+#include "tests/support/bus_log.h"
 #include "tests/support/dialogs.h"
 
 namespace {

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/support/call_lines.h"
+#include "tests/support/bus_log.h"
 
 /// One operation of the device link, and what it transfers between `setup` and `release`.
 struct Operation {

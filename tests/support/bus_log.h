@@ -1,27 +1,46 @@
 #ifndef LUMADOT_TESTS_SUPPORT_BUS_LOG_H
 #define LUMADOT_TESTS_SUPPORT_BUS_LOG_H
 
-#include <cstdint>
-#include <span>
+#include <initializer_list>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace support {
 
-/// Bytes as text: "81 C3 E7 FF".
-std::string hex(std::span<const std::uint8_t> bytes);
+/// The log of the simulated bus as text, one line a call. "#0" is the device that it is about,
+/// "stale" a handle that is not open:
+///
+///     libusb_open #0
+///     libusb_get_string_descriptor_ascii index 2 length 256 #0
+///     libusb_claim_interface 0 #0
+///     out 0x01 2052 1000ms #0: 81 C3 E7 FF 10 00*2047
+///     in 0x81 63 1000ms counted #0
+///
+/// A transfer to the device shows the bytes that went over the wire; "counted" says that the
+/// transferred count was asked for.
+using Lines = std::vector<std::string>;
 
-/// The text, as `sentFrames` gives it, of a frame of 2052 bytes: these bytes, the rest zero.
-std::string frame(std::string_view bytes);
+/// All calls that the bus has logged.
+Lines callLines();
 
-/// What the tool sent since the log was cleared: each packet's bytes as text, its trailing zeros
-/// counted, as "81 C3 E7 FF 10 00*2047".
-std::vector<std::string> sentFrames();
+/// Only the bytes of the packets that were sent, as "81 C3 E7 FF 10 00*2047".
+Lines sentFrames();
 
-/// The calls to the USB library since the log was cleared, by name and without "libusb_"; a bulk
-/// transfer as "out 2052" or "in 63".
-std::vector<std::string> busCalls();
+/// One list of lines after the other.
+Lines joined(std::initializer_list<Lines> parts);
+
+/// The calls of a `setup` that finds #0 as the only device on the bus.
+Lines setupLines();
+/// The calls of a `setup` on an empty bus.
+Lines emptyBusLines();
+Lines releaseLines();
+/// The calls of a whole connection around these transfers.
+Lines connection(const Lines& transfers);
+
+/// The lines as they are about another device than #0.
+Lines aboutDevice(int number, Lines lines);
+/// The lines as they are with a handle that is no longer open: nothing goes over the wire.
+Lines withStaleHandle(Lines lines);
 
 }  // namespace support
 

@@ -12,7 +12,8 @@
 
 #include "device/interfaceUSB.h"
 #include "simulator/bus.h"
-#include "tests/support/call_lines.h"
+#include "tests/support/bus_log.h"
+#include "tests/support/byte_text.h"
 #include "tests/support/dialogs.h"
 
 namespace support {
@@ -30,22 +31,6 @@ inline configDescriptor recordOf(const RecordBytes& bytes) {
     std::memcpy(&record, bytes.data(), bytes.size());
     return record;
 }
-
-/// The calls of a `setup` that finds #0 as the only device on the bus.
-inline Lines setupLines() {
-    return {"libusb_init",
-            "libusb_get_device_list",
-            "libusb_get_device_descriptor #0",
-            "libusb_open #0",
-            "libusb_get_string_descriptor_ascii index 2 length 256 #0",
-            "libusb_free_device_list",
-            "libusb_claim_interface 0 #0"};
-}
-
-/// The calls of a `setup` on an empty bus.
-inline Lines emptyBusLines() { return {"libusb_init", "libusb_get_device_list"}; }
-
-inline Lines releaseLines() { return {"libusb_release_interface 0 #0", "libusb_close #0"}; }
 
 /// A test of the device link: an empty bus, the globals as at the program's start, and no dialog
 /// that the test does not announce.

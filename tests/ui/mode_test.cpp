@@ -8,12 +8,12 @@
 
 #include "device/interfaceUSB.h"
 #include "tests/support/bus_log.h"
+#include "tests/support/byte_text.h"
 #include "tests/support/window_test.h"
 #include "ui/palette.h"
 
 namespace {
 
-using support::frame;
 using support::Members;
 using support::send;
 using support::sentFrames;
@@ -33,7 +33,7 @@ struct ModeCase {
     const char* label;
     const Shades* shades;
     int number;
-    const char* frameBytes;
+    const char* frame;
 };
 
 void PrintTo(const ModeCase& mode, std::ostream* out) { *out << mode.name; }
@@ -41,22 +41,22 @@ void PrintTo(const ModeCase& mode, std::ostream* out) { *out << mode.name; }
 // clang-format off
 const ModeCase Modes[] = {
     // name        button                    label                  shades    byte 0  frame
-    {"PinMame",   &Members::set_PinMame,   "USB port",            &Sixteen,  0, "81 C3 E7 FF 02 00"},
-    {"WPC",       &Members::set_WPC,       "",                    &Four,     1, "81 C3 E7 FF 02 01"},
-    {"Stern",     &Members::set_Stern,     "Stern S.A.M.",        &Sixteen,  2, "81 C3 E7 FF 02 02"},
-    {"WhiteStar", &Members::set_WhiteStar, "Stern Whitestar",     &Four,     3, "81 C3 E7 FF 02 03"},
-    {"Spike",     &Members::set_Spike,     "Stern Spike",         &Sixteen,  4, "81 C3 E7 FF 02 04"},
-    {"DataEast",  &Members::set_DataEast,  "Data East / Sega",    &Four,     5, "81 C3 E7 FF 02 05"},
-    {"Gottlieb1", &Members::set_Gottlieb1, "Premier Gottlieb V1", &Five,     6, "81 C3 E7 FF 02 06"},
-    {"Gottlieb2", &Members::set_Gottlieb2, "Premier Gottlieb V2", &Four,     7, "81 C3 E7 FF 02 07"},
-    {"Gottlieb3", &Members::set_Gottlieb3, "Premier Gottlieb V3", &Four,     8, "81 C3 E7 FF 02 08"},
-    {"Capcom",    &Members::set_Capcom,    "Capcom",              &Four,     9, "81 C3 E7 FF 02 09"},
-    {"AlvinG",    &Members::set_AlvinG,    "Alvin G",             &Five,    10, "81 C3 E7 FF 02 0A"},
-    {"Spooky",    &Members::set_Spooky,    "Spooky",              &Sixteen, 11, "81 C3 E7 FF 02 0B"},
-    {"DE128x16",  &Members::set_DE128x16,  "Data East 128x16",    &Four,    12, "81 C3 E7 FF 02 0C"},
-    {"Inder",     &Members::set_Inder,     "Inder / SPinball",    &Four,    13, "81 C3 E7 FF 02 0D"},
-    {"Sleic",     &Members::set_Sleic,     "Sleic / Petaco",      &Four,    14, "81 C3 E7 FF 02 0E"},
-    {"HomePin",   &Members::set_HomePin,   "HomePin",             &Sixteen, 15, "81 C3 E7 FF 02 0F"},
+    {"PinMame",   &Members::set_PinMame,   "USB port",            &Sixteen,  0, "81 C3 E7 FF 02 00*2047"},
+    {"WPC",       &Members::set_WPC,       "",                    &Four,     1, "81 C3 E7 FF 02 01 00*2046"},
+    {"Stern",     &Members::set_Stern,     "Stern S.A.M.",        &Sixteen,  2, "81 C3 E7 FF 02 02 00*2046"},
+    {"WhiteStar", &Members::set_WhiteStar, "Stern Whitestar",     &Four,     3, "81 C3 E7 FF 02 03 00*2046"},
+    {"Spike",     &Members::set_Spike,     "Stern Spike",         &Sixteen,  4, "81 C3 E7 FF 02 04 00*2046"},
+    {"DataEast",  &Members::set_DataEast,  "Data East / Sega",    &Four,     5, "81 C3 E7 FF 02 05 00*2046"},
+    {"Gottlieb1", &Members::set_Gottlieb1, "Premier Gottlieb V1", &Five,     6, "81 C3 E7 FF 02 06 00*2046"},
+    {"Gottlieb2", &Members::set_Gottlieb2, "Premier Gottlieb V2", &Four,     7, "81 C3 E7 FF 02 07 00*2046"},
+    {"Gottlieb3", &Members::set_Gottlieb3, "Premier Gottlieb V3", &Four,     8, "81 C3 E7 FF 02 08 00*2046"},
+    {"Capcom",    &Members::set_Capcom,    "Capcom",              &Four,     9, "81 C3 E7 FF 02 09 00*2046"},
+    {"AlvinG",    &Members::set_AlvinG,    "Alvin G",             &Five,    10, "81 C3 E7 FF 02 0A 00*2046"},
+    {"Spooky",    &Members::set_Spooky,    "Spooky",              &Sixteen, 11, "81 C3 E7 FF 02 0B 00*2046"},
+    {"DE128x16",  &Members::set_DE128x16,  "Data East 128x16",    &Four,    12, "81 C3 E7 FF 02 0C 00*2046"},
+    {"Inder",     &Members::set_Inder,     "Inder / SPinball",    &Four,    13, "81 C3 E7 FF 02 0D 00*2046"},
+    {"Sleic",     &Members::set_Sleic,     "Sleic / Petaco",      &Four,    14, "81 C3 E7 FF 02 0E 00*2046"},
+    {"HomePin",   &Members::set_HomePin,   "HomePin",             &Sixteen, 15, "81 C3 E7 FF 02 0F 00*2046"},
 };
 // clang-format on
 
@@ -66,7 +66,7 @@ void expectFactorySettingsBut(std::size_t byte, int value) {
     expected.at(byte) = static_cast<std::uint8_t>(value);
     std::array<std::uint8_t, 23> actual;
     std::memcpy(actual.data(), &config, actual.size());
-    EXPECT_EQ(support::hex(actual), support::hex(expected));
+    EXPECT_EQ(support::byteText(actual), support::byteText(expected));
 }
 
 class EveryMode : public support::WindowTest, public testing::WithParamInterface<ModeCase> {
@@ -106,7 +106,7 @@ TEST_P(EveryMode, IsStoredInByteZeroAlone) {
 
 TEST_P(EveryMode, IsSentAtOnceInOneFrame) {
     select();
-    EXPECT_THAT(sentFrames(), ElementsAre(frame(GetParam().frameBytes)));
+    EXPECT_THAT(sentFrames(), ElementsAre(GetParam().frame));
     EXPECT_EQ(board->working()[0], GetParam().number);
     EXPECT_EQ(board->permanent()[0], 0);
 }
@@ -177,20 +177,20 @@ INSTANTIATE_TEST_SUITE_P(Events, Brightness,
 struct Level {
     int slider;
     int stored;
-    const char* frameBytes;
+    const char* frame;
 };
 
 TEST_P(Brightness, IsStoredAsItsLowByteAndSentFromTenTo255) {
-    constexpr const char* Ten = "81 C3 E7 FF 08 00 00 00 00 00 00 00 00 00 00 00 00 0A";
+    constexpr const char* Ten = "81 C3 E7 FF 08 00*12 0A 00*2034";
     constexpr Level Levels[] = {
         {10, 10, Ten},
-        {11, 11, "81 C3 E7 FF 08 00 00 00 00 00 00 00 00 00 00 00 00 0B"},
-        {128, 128, "81 C3 E7 FF 08 00 00 00 00 00 00 00 00 00 00 00 00 80"},
-        {255, 255, "81 C3 E7 FF 08 00 00 00 00 00 00 00 00 00 00 00 00 FF"},
+        {11, 11, "81 C3 E7 FF 08 00*12 0B 00*2034"},
+        {128, 128, "81 C3 E7 FF 08 00*12 80 00*2034"},
+        {255, 255, "81 C3 E7 FF 08 00*12 FF 00*2034"},
         {256, 0, Ten},
         {260, 4, Ten},
-        {300, 44, "81 C3 E7 FF 08 00 00 00 00 00 00 00 00 00 00 00 00 2C"},
-        {511, 255, "81 C3 E7 FF 08 00 00 00 00 00 00 00 00 00 00 00 00 FF"},
+        {300, 44, "81 C3 E7 FF 08 00*12 2C 00*2034"},
+        {511, 255, "81 C3 E7 FF 08 00*12 FF 00*2034"},
         {9, 9, Ten},
         {0, 0, Ten},
     };
@@ -199,7 +199,7 @@ TEST_P(Brightness, IsStoredAsItsLowByteAndSentFromTenTo255) {
         bus.clearCalls();
         moveTo(level.slider);
         expectFactorySettingsBut(22, level.stored);
-        EXPECT_THAT(sentFrames(), ElementsAre(frame(level.frameBytes)));
+        EXPECT_THAT(sentFrames(), ElementsAre(level.frame));
     }
 }
 

@@ -16,7 +16,6 @@
 
 namespace {
 
-using support::frame;
 using support::Members;
 using support::runUntil;
 using support::sentFrames;
@@ -62,21 +61,21 @@ TEST_F(RealInput, ClickOnAnInputModeSelectsAndSendsIt) {
     click(the(&Members::set_Capcom), [this] { return board->working()[0] == 9; });
     EXPECT_THAT(support::checkedModes(window()), ElementsAre(9));
     EXPECT_EQ(config.inputMode, 9);
-    EXPECT_THAT(sentFrames(), ElementsAre(frame("81 C3 E7 FF 02 09")));
+    EXPECT_THAT(sentFrames(), ElementsAre("81 C3 E7 FF 02 09 00*2046"));
     EXPECT_THAT(support::shownColours(window()), ElementsAre(0, 1, 4, 15));
 }
 
 TEST_F(RealInput, ClickBesideTheFirstPlatformsCaptionSelectsIt) {
     click(the(&Members::set_WPC), [this] { return board->working()[0] == 1; });
     EXPECT_THAT(support::checkedModes(window()), ElementsAre(1));
-    EXPECT_THAT(sentFrames(), ElementsAre(frame("81 C3 E7 FF 02 01")));
+    EXPECT_THAT(sentFrames(), ElementsAre("81 C3 E7 FF 02 01 00*2046"));
 }
 
 TEST_F(RealInput, ClicksOnTwoInputModesSendOneFrameEach) {
     click(the(&Members::set_Spike), [this] { return board->working()[0] == 4; });
     click(the(&Members::set_PinMame), [this] { return board->working()[0] == 0; });
     EXPECT_THAT(support::checkedModes(window()), ElementsAre(0));
-    EXPECT_THAT(sentFrames(), ElementsAre(frame("81 C3 E7 FF 02 04"), frame("81 C3 E7 FF 02 00")));
+    EXPECT_THAT(sentFrames(), ElementsAre("81 C3 E7 FF 02 04 00*2046", "81 C3 E7 FF 02 00*2047"));
 }
 
 TEST_F(RealInput, ClicksOnTheEnhancerChangeTheRecordAndSendNothing) {
@@ -96,18 +95,17 @@ TEST_F(RealInput, ArrowKeysAndEnterChooseAPreset) {
     ASSERT_TRUE(runUntil([] { return config.paletteIndex == 1; }));
     EXPECT_EQ(choice.GetSelection(), 1);
     EXPECT_EQ(board->working()[1], 1);
-    EXPECT_THAT(sentFrames(), ElementsAre(frame("81 C3 E7 FF 03 01")));
+    EXPECT_THAT(sentFrames(), ElementsAre("81 C3 E7 FF 03 01 00*2046"));
     EXPECT_EQ(support::paintedPalette(window()), palette);
 }
 
 TEST_F(RealInput, ClickOnAColourButtonOpensTheDialogAndSendsThePickedColour) {
     dialogs.expectColour(wxColour(0x80, 0, 0), wxColour(0x12, 0x34, 0x56));
     click(the(&Members::set_col1), [this] { return board->palette()[3] == 0x12; });
-    EXPECT_THAT(sentFrames(),
-                ElementsAre(frame("81 C3 E7 FF 04 00 01 "
-                                  "00 00 00 12 34 56 FF 00 00 FF 00 FF 00 80 80 00 80 00 "
-                                  "00 FF 00 00 FF FF 00 00 80 80 00 80 00 00 FF 40 40 40 "
-                                  "80 80 80 80 80 00 FF FF 00 FF FF FF")));
+    EXPECT_THAT(sentFrames(), ElementsAre("81 C3 E7 FF 04 00 01 "
+                                          "00 00 00 12 34 56 FF 00 00 FF 00 FF 00 80 80 00 80 00 "
+                                          "00 FF 00 00 FF FF 00 00 80 80 00 80 00 00 FF 40 40 40 "
+                                          "80 80 80 80 80 00 FF FF 00 FF FF FF 00*1997"));
 }
 
 TEST_F(RealInput, DragOfTheSliderSendsEachPositionAndTheLastOneOnceMore) {

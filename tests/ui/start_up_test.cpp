@@ -18,11 +18,10 @@
 
 namespace {
 
-using support::busCalls;
-using support::frame;
+using support::callLines;
+using support::connection;
 using support::Members;
 using support::send;
-using support::sentFrames;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::MatchesRegex;
@@ -114,14 +113,11 @@ constexpr simulator::Record Other = {7,  4,  31, 32, 33, 34, 35, 36, 37, 38, 39,
 TEST_F(Construction, AsksForTheSettingsThenForTheUniqueIdEachOverAConnectionOfItsOwn) {
     plug();
     make();
-    EXPECT_THAT(busCalls(),
-                ElementsAre("init", "get_device_list", "get_device_descriptor", "open",
-                            "get_string_descriptor_ascii", "free_device_list", "claim_interface",
-                            "out 2052", "in 63", "release_interface", "close",  //
-                            "init", "get_device_list", "get_device_descriptor", "open",
-                            "get_string_descriptor_ascii", "free_device_list", "claim_interface",
-                            "out 2052", "in 63", "release_interface", "close"));
-    EXPECT_THAT(sentFrames(), ElementsAre(frame("81 C3 E7 FF 10"), frame("81 C3 E7 FF 11")));
+    EXPECT_EQ(callLines(),
+              support::joined({connection({"out 0x01 2052 1000ms #0: 81 C3 E7 FF 10 00*2047",
+                                           "in 0x81 63 1000ms #0"}),
+                               connection({"out 0x01 2052 1000ms #0: 81 C3 E7 FF 11 00*2047",
+                                           "in 0x81 63 1000ms counted #0"})}));
 }
 
 TEST_F(Construction, TakesOverTheWholeRecordTheVersionAndTheUniqueId) {
@@ -150,7 +146,7 @@ TEST_F(Construction, ShowsTheBoardWhoseUniqueIdWasRead) {
 TEST_F(Construction, ShowsTheFactorySettingsWithoutAMessageWhenThereIsNoController) {
     make();
     EXPECT_EQ(dialogs.seen(), 0);
-    EXPECT_THAT(sentFrames(), IsEmpty());
+    EXPECT_THAT(support::sentFrames(), IsEmpty());
     EXPECT_EQ(std::memcmp(&config, support::FactorySettings.data(), 23), 0);
     EXPECT_STREQ(versionString, "");
     EXPECT_STREQ(UIDString, "");

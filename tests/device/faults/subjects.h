@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "simulator/bus.h"
-#include "tests/support/call_lines.h"
+#include "tests/support/bus_log.h"
 #include "tests/support/device_link.h"
 
 namespace faults {

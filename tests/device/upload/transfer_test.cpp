@@ -7,6 +7,7 @@ namespace {
 
 using support::callLines;
 using support::pattern;
+using support::sentFrames;
 using testing::ElementsAre;
 using testing::Pair;
 using testing::UnorderedElementsAre;

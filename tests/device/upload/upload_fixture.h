@@ -75,17 +75,6 @@ protected:
         EXPECT_EQ(std::filesystem::last_write_time(path), time);
     }
 
-    /// The frames that were sent, as text.
-    support::Lines sentFrames() const {
-        support::Lines frames;
-        for (const simulator::Call& call : bus.calls()) {
-            if (call.function == "libusb_bulk_transfer" && call.endpoint == 0x01) {
-                frames.push_back(support::byteText(call.data));
-            }
-        }
-        return frames;
-    }
-
     const support::TemporaryFolder folder;
     std::shared_ptr<simulator::Controller> controller;
 };

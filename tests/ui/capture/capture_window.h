@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "device/interfaceUSB.h"
-#include "tests/support/call_lines.h"
+#include "tests/support/bus_log.h"
 #include "tests/support/capture_rounds.h"
 #include "tests/support/temporary_folder.h"
 #include "tests/support/toolkit.h"

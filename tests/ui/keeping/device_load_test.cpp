@@ -12,9 +12,8 @@
 
 namespace {
 
-using support::busCalls;
+using support::connection;
 using support::Members;
-using support::sentFrames;
 using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -36,9 +35,11 @@ protected:
 TEST_F(LoadFromDevice, ReadsTheSettingsThenTheUniqueId) {
     expectLoaded("Firmware Version: V3.17b\nUnique ID: 3A7F00C2");
     choose(&Members::load_Device);
-    EXPECT_THAT(sentFrames(), ElementsAre("81 C3 E7 FF 10 00*2047", "81 C3 E7 FF 11 00*2047"));
-    EXPECT_EQ(busCalls(),
-              joined(connection({"out 2052", "in 63"}), connection({"out 2052", "in 63"})));
+    EXPECT_EQ(support::callLines(),
+              support::joined({connection({"out 0x01 2052 1000ms #0: 81 C3 E7 FF 10 00*2047",
+                                           "in 0x81 63 1000ms #0"}),
+                               connection({"out 0x01 2052 1000ms #0: 81 C3 E7 FF 11 00*2047",
+                                           "in 0x81 63 1000ms counted #0"})}));
     EXPECT_EQ(dialogs.seen(), 1);
 }
 
@@ -96,7 +97,7 @@ TEST_F(LoadFromDevice, WithoutControllerShowsTheTextsAndSettingsOfBefore) {
     choose(&Members::load_Device);
     EXPECT_EQ(configBytes(), SomeRecord);
     EXPECT_THAT(support::checkedModes(window()), ElementsAre(5));
-    EXPECT_THAT(sentFrames(), IsEmpty());
+    EXPECT_THAT(support::sentFrames(), IsEmpty());
 }
 
 TEST_F(LoadFromDevice, WithoutAnyControllerSoFarShowsEmptyTexts) {

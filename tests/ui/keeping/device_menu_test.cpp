@@ -8,10 +8,10 @@
 
 namespace {
 
-using support::busCalls;
-using support::frame;
+using support::callLines;
+using support::connection;
+using support::joined;
 using support::Members;
-using support::sentFrames;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using namespace std::chrono_literals;
@@ -26,11 +26,10 @@ protected:
 TEST_F(SaveToDevice, SendsTheRecordWaitsASecondAndLetsItBeStored) {
     plug();
     choose(&Members::save_Device);
-    EXPECT_THAT(sentFrames(),
-                ElementsAre(frame("81 C3 E7 FF 20 05 03 20 21 22 23 24 25 26 27 28 29 2A 2B 2C 2D "
-                                  "2E 2F 30 31 32 00 4D"),
-                            "81 C3 E7 FF 01 00*2047"));
-    EXPECT_EQ(busCalls(), joined(connection({"out 2052"}), connection({"out 2052"})));
+    EXPECT_EQ(callLines(),
+              joined({connection({"out 0x01 2052 1000ms #0: 81 C3 E7 FF 20 05 03 20 21 22 23 24 25 "
+                                  "26 27 28 29 2A 2B 2C 2D 2E 2F 30 31 32 00 4D 00*2024"}),
+                      connection({"out 0x01 2052 1000ms #0: 81 C3 E7 FF 01 00*2047"})}));
     EXPECT_GE(sentAt(1) - sentAt(0), 1000ms);
     EXPECT_EQ(dialogs.seen(), 0);
 }
@@ -64,14 +63,15 @@ TEST_F(SaveToDevice, WithoutControllerWaitsAndSaysNothing) {
     const auto start = std::chrono::steady_clock::now();
     choose(&Members::save_Device);
     EXPECT_GE(std::chrono::steady_clock::now() - start, 1000ms);
-    EXPECT_THAT(busCalls(), ElementsAre("init", "get_device_list", "init", "get_device_list"));
+    EXPECT_EQ(callLines(), joined({support::emptyBusLines(), support::emptyBusLines()}));
     EXPECT_EQ(dialogs.seen(), 0);
 }
 
 TEST_F(SaveToDevice, SaysNothingWhenNoTransferSucceeds) {
     bus.plug({});
     choose(&Members::save_Device);
-    EXPECT_EQ(busCalls(), joined(connection({"out 2052"}), connection({"out 2052"})));
+    const auto unanswered = connection({"out 0x01 2052 1000ms #0"});
+    EXPECT_EQ(callLines(), joined({unanswered, unanswered}));
     EXPECT_EQ(dialogs.seen(), 0);
 }
 
@@ -85,14 +85,13 @@ protected:
 TEST_F(SavePaletteToDevice, SendsPresetZeroPaletteAndStoreWithoutAPause) {
     plug();
     choose(&Members::palette_Device);
-    EXPECT_THAT(sentFrames(), ElementsAre("81 C3 E7 FF 03 00*2047",
-                                          frame("81 C3 E7 FF 04 00 01 "
-                                                "10 11 12 13 14 15 16 17 18 19 1A 1B 1C 1D 1E 1F "
-                                                "20 21 22 23 24 25 26 27 28 29 2A 2B 2C 2D 2E 2F "
-                                                "30 31 32 33 34 35 36 37 38 39 3A 3B 3C 3D 3E 3F"),
-                                          "81 C3 E7 FF 12 00*2047"));
-    const auto one = connection({"out 2052"});
-    EXPECT_EQ(busCalls(), joined(joined(one, one), one));
+    EXPECT_EQ(callLines(),
+              joined({connection({"out 0x01 2052 1000ms #0: 81 C3 E7 FF 03 00*2047"}),
+                      connection({"out 0x01 2052 1000ms #0: 81 C3 E7 FF 04 00 01 "
+                                  "10 11 12 13 14 15 16 17 18 19 1A 1B 1C 1D 1E 1F "
+                                  "20 21 22 23 24 25 26 27 28 29 2A 2B 2C 2D 2E 2F "
+                                  "30 31 32 33 34 35 36 37 38 39 3A 3B 3C 3D 3E 3F 00*1997"}),
+                      connection({"out 0x01 2052 1000ms #0: 81 C3 E7 FF 12 00*2047"})}));
     EXPECT_LT(sentAt(2) - sentAt(0), 500ms);
     EXPECT_EQ(dialogs.seen(), 0);
 }
@@ -113,7 +112,7 @@ TEST_F(SavePaletteToDevice, KeepsThePaletteOverARestartOfTheController) {
 
 TEST_F(SavePaletteToDevice, WithoutControllerSaysNothing) {
     choose(&Members::palette_Device);
-    EXPECT_THAT(sentFrames(), IsEmpty());
+    EXPECT_THAT(support::sentFrames(), IsEmpty());
     EXPECT_EQ(dialogs.seen(), 0);
 }
 
@@ -138,8 +137,9 @@ TEST_F(ResetOfDevice, RestartsWaitsThreeSecondsAndShowsTheStoredSettings) {
     bus.clearCalls();
 
     choose(&Members::reset_Device);
-    EXPECT_THAT(sentFrames(), ElementsAre("81 C3 E7 FF 00*2048", "81 C3 E7 FF 10 00*2047"));
-    EXPECT_EQ(busCalls(), joined(connection({"out 2052"}), connection({"out 2052", "in 63"})));
+    EXPECT_EQ(callLines(), joined({connection({"out 0x01 2052 1000ms #0: 81 C3 E7 FF 00*2048"}),
+                                   connection({"out 0x01 2052 1000ms #0: 81 C3 E7 FF 10 00*2047",
+                                               "in 0x81 63 1000ms #0"})}));
     EXPECT_GE(sentAt(1) - sentAt(0), 3000ms);
     EXPECT_EQ(dialogs.seen(), 0);
     EXPECT_THAT(configBytes(), ElementsAre(2, 5, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15,
@@ -167,7 +167,7 @@ TEST_F(ResetOfDevice, WithoutControllerWaitsSaysNothingAndShowsTheSettings) {
     choose(&Members::reset_Device);
     EXPECT_GE(std::chrono::steady_clock::now() - start, 3000ms);
     EXPECT_EQ(dialogs.seen(), 0);
-    EXPECT_THAT(busCalls(), ElementsAre("init", "get_device_list", "init", "get_device_list"));
+    EXPECT_EQ(callLines(), joined({support::emptyBusLines(), support::emptyBusLines()}));
     EXPECT_THAT(support::checkedModes(window()), ElementsAre(5));
     EXPECT_EQ(configBytes(), SomeRecord);
 }

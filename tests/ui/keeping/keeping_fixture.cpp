@@ -5,7 +5,7 @@
 #include <sstream>
 
 #include "device/interfaceUSB.h"
-#include "tests/support/bus_log.h"
+#include "tests/support/byte_text.h"
 #include "ui/palette.h"
 
 using support::Members;
@@ -38,7 +38,7 @@ std::string Keeping::controls() {
     for (const int colour : support::shownColours(window())) {
         text << " " << colour;
     }
-    text << "\npainted: " << support::hex(support::paintedPalette(window()))
+    text << "\npainted: " << support::byteText(support::paintedPalette(window()))
          << "\npreset: " << the(&Members::set_pal).GetSelection()
          << "\nbrightness: " << the(&Members::brightness_Slider).GetValue()
          << "\nenhancer: " << the(&Members::enhancer_CheckBox).GetValue()
@@ -49,8 +49,8 @@ std::string Keeping::controls() {
 }
 
 std::string Keeping::everything() {
-    return controls() + "config: " + support::hex(configBytes()) +
-           "\npalette: " + support::hex(palette) + "\nversion: " + versionString +
+    return controls() + "config: " + support::byteText(configBytes()) +
+           "\npalette: " + support::byteText(palette) + "\nversion: " + versionString +
            "\nid: " + UIDString + "\n";
 }
 
@@ -59,5 +59,5 @@ void Keeping::expectNothingChanges(const std::function<void()>& command) {
     const std::string before = everything();
     command();
     EXPECT_EQ(everything(), before);
-    EXPECT_THAT(support::busCalls(), testing::IsEmpty());
+    EXPECT_THAT(bus.calls(), testing::IsEmpty());
 }
