@@ -13,7 +13,7 @@ namespace {
 support::CaptureRounds* current = nullptr;
 
 constexpr int DumpRequestLength = 64;
-constexpr int MostSearchesInARow = 200;
+constexpr int MostEnumerationsInARow = 200;
 
 }  // namespace
 
@@ -43,7 +43,7 @@ int __wrap_libusb_bulk_transfer(libusb_device_handle* handle, unsigned char endp
 ssize_t __wrap_libusb_get_device_list(libusb_context* context, libusb_device*** list) {
     const ssize_t result = __real_libusb_get_device_list(context, list);
     if (current != nullptr) {
-        current->searched();
+        current->enumerated();
     }
     return result;
 }
@@ -64,7 +64,7 @@ void CaptureRounds::reading() {
         return;  // The reply to a command.
     }
     asked_ = false;
-    searchesInARow_ = 0;
+    enumerationsInARow_ = 0;
     watch(++frames_, limit_);
     if (onRead_) {
         onRead_(frames_);
@@ -72,9 +72,9 @@ void CaptureRounds::reading() {
     runLater(afterFrame_, frames_);
 }
 
-void CaptureRounds::searched() {
-    watch(++searchesInARow_, MostSearchesInARow);
-    runLater(afterSearch_, ++searches_);
+void CaptureRounds::enumerated() {
+    watch(++enumerationsInARow_, MostEnumerationsInARow);
+    runLater(afterEnumeration_, ++enumerations_);
 }
 
 void CaptureRounds::runLater(const Plan& plan, int number) {

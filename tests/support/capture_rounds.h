@@ -21,23 +21,25 @@ public:
     /// Does this among the window events that are handled after the nth frame (1 = the first) has
     /// been asked for. Several actions for one frame all run in the same round.
     void after(int frame, Action action) { afterFrame_.emplace(frame, std::move(action)); }
-    /// The same after the nth search for controllers, the capture's own first one counted.
-    void afterSearch(int nth, Action action) { afterSearch_.emplace(nth, std::move(action)); }
+    /// The same after the nth enumeration of the bus, the capture's own first one counted.
+    void afterEnumeration(int nth, Action action) {
+        afterEnumeration_.emplace(nth, std::move(action));
+    }
     /// Does this at once, between a request and the reading of its reply, with the frame's number.
     void onRead(std::function<void(int)> action) { onRead_ = std::move(action); }
     /// Ends the capture after the nth frame.
     void stopAfter(int frame);
 
     int frames() const { return frames_; }  ///< frames asked for so far
-    int searches() const { return searches_; }
+    int enumerations() const { return enumerations_; }
     /// More frames than this are taken for a capture that cannot be stopped, as are more than 200
-    /// searches in a row.
+    /// enumerations in a row.
     void setLimit(int frames) { limit_ = frames; }
 
     // From the wrapped functions.
     void requestSent() { asked_ = true; }
     void reading();
-    void searched();
+    void enumerated();
 
 private:
     using Plan = std::multimap<int, Action>;
@@ -45,12 +47,12 @@ private:
     static void watch(int number, int limit);
 
     Plan afterFrame_;
-    Plan afterSearch_;
+    Plan afterEnumeration_;
     std::function<void(int)> onRead_;
     bool asked_ = false;
     int frames_ = 0;
-    int searches_ = 0;
-    int searchesInARow_ = 0;
+    int enumerations_ = 0;
+    int enumerationsInARow_ = 0;
     int limit_ = 5000;
 };
 

@@ -118,7 +118,9 @@ void Dialogs::expectFolder(const wxString& title, long style, const std::optiona
             return wxID_CANCEL;
         }
         EXPECT_EQ(folders->GetMessage(), title);
-        EXPECT_EQ(folders->GetWindowStyle() & style, style);
+        EXPECT_EQ(folders->GetPath(), "");
+        constexpr long Flags = wxDD_DIR_MUST_EXIST | wxDD_CHANGE_DIR | wxDD_MULTIPLE;
+        EXPECT_EQ(folders->GetWindowStyle() & (style | Flags), style);
         if (!path) {
             return wxID_CANCEL;
         }

@@ -75,15 +75,18 @@ std::string content(const std::string& ending) {
 
 /// The replies that were taken for frames. What does not arrive stays as it was in the last one.
 std::vector<Bytes> repliedFrames(const CaptureKind& kind) {
+    constexpr int RequestLength = 64;
     std::vector<Bytes> frames;
     Bytes buffer(kind.replyLength);
+    bool asked = false;
     for (const simulator::Call& call : simulator::Bus::instance().calls()) {
-        if (call.function == "libusb_bulk_transfer" && call.endpoint == 0x81) {
+        if (call.endpoint == 0x81 && asked) {
             std::ranges::copy(call.data, buffer.begin());
             if (call.result == 0) {
                 frames.push_back(buffer);
             }
         }
+        asked = call.endpoint == 0x01 && call.length == RequestLength;
     }
     return frames;
 }
@@ -117,17 +120,17 @@ int capturedFrames(const CaptureKind& kind) {
 void capture(const CaptureKind& kind) {
     std::filesystem::remove_all(folder());
     std::filesystem::create_directory(folder());
-    support::CaptureRounds rounds;
-    rounds.stopAfter(Rounds);
     dump_running = true;
     usb.receiveDump(static_cast<unsigned char>(kind.mode), wxString::FromUTF8(folder().string()));
     dump_running = false;
 }
 
-Subject dump(const CaptureKind& kind) {
+Operation dump(const CaptureKind& kind) {
     return {.name = kind.name,
             .run =
                 [&kind] {
+                    support::CaptureRounds rounds;
+                    rounds.stopAfter(Rounds);
                     capture(kind);
                     return std::nullopt;
                 },
@@ -139,8 +142,10 @@ Subject dump(const CaptureKind& kind) {
 
 }  // namespace
 
-std::vector<Subject> captures() {
-    std::vector<Subject> all;
+void captureUntilEnded() { capture(captureKinds().front()); }
+
+std::vector<Operation> captures() {
+    std::vector<Operation> all;
     std::ranges::transform(captureKinds(), std::back_inserter(all), dump);
     return all;
 }

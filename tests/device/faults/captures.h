@@ -3,13 +3,16 @@
 
 #include <vector>
 
-#include "tests/device/faults/subjects.h"
+#include "tests/device/faults/operations.h"
 
 namespace faults {
 
 /// Captures of two frames with and without a raw file, with the shortest, the longest and an XL
 /// controller's replies. Their work is the frames in the files.
-std::vector<Subject> captures();
+std::vector<Operation> captures();
+
+/// The first of them, until something ends it.
+void captureUntilEnded();
 
 }  // namespace faults
 

@@ -13,21 +13,21 @@
 
 namespace {
 
-using faults::Ending;
+using faults::expectedOf;
 using faults::Failure;
+using faults::failuresOf;
 using faults::Kept;
 using faults::Kind;
-using faults::Outcome;
-using faults::outcomeOf;
-using faults::Subject;
-using faults::subjects;
+using faults::Operation;
+using faults::operations;
+using faults::Result;
 using faults::Trial;
 
 /// What an operation keeps on purpose when it ends so. Everything that is not here keeps nothing;
-/// the device lists stand in the endings themselves.
+/// the device lists stand in the results themselves.
 struct LeakRow {
-    const char* subject;
-    const Ending& ending;
+    const char* operation;
+    const Result& result;
     Kept kept;
 };
 
@@ -46,23 +46,23 @@ const LeakRow LeakRows[] = {
     {"uploadFile", faults::CloseRefused, {{64, 1100, 2052}, 1}},
 };
 
-Kept listed(const Subject& subject, const Ending& ending) {
+Kept listed(const Operation& operation, const Result& result) {
     const auto* const row = std::ranges::find_if(LeakRows, [&](const LeakRow& each) {
-        return each.subject == subject.name && &each.ending == &ending;
+        return each.operation == operation.name && &each.result == &result;
     });
     return row == std::end(LeakRows) ? Kept{} : row->kept;
 }
 
-/// What the subject's run keeps, and the device lists that it leaves.
+/// What the operation's run keeps, and the device lists that it leaves.
 struct Remains {
     Kept kept;
     int deviceLists = 0;
 };
 
-Remains remainsOf(const Subject& subject, const Failure* failure, const Ending& ending) {
-    Trial trial(subject);
+Remains remainsOf(const Operation& operation, const Failure* failure, const Result& result) {
+    Trial trial(operation);
     trial.setLogging(false);
-    trial.announce(ending);
+    trial.announce(result);
     if (failure != nullptr) {
         trial.inject(*failure);
     }
@@ -75,130 +75,50 @@ Remains remainsOf(const Subject& subject, const Failure* failure, const Ending& 
     return remains;
 }
 
-class LeakList : public testing::TestWithParam<Subject> {
+class LeakList : public testing::TestWithParam<Operation> {
 protected:
-    LeakList() { remainsOf(GetParam(), nullptr, faults::AsUsual); }  // What is taken once for all.
+    LeakList() {
+        remainsOf(GetParam(), nullptr, undisturbed(GetParam()).result);
+    }  // What is taken once for all.
 };
 
 TEST_P(LeakList, HasNothingForAnUndisturbedRun) {
-    const Remains remains = remainsOf(GetParam(), nullptr, faults::AsUsual);
+    const Remains remains = remainsOf(GetParam(), nullptr, undisturbed(GetParam()).result);
     EXPECT_EQ(remains.kept, Kept{});
     EXPECT_EQ(remains.deviceLists, 0);
 }
 
 TEST_P(LeakList, HasWhatEveryFailureOfEveryCallKeepsAndNothingElse) {
-    for (const Failure& failure : failuresOf(GetParam())) {
+    for (const Failure& failure : failuresOf(usualCalls(GetParam()))) {
         SCOPED_TRACE(failure.name);
-        const Outcome outcome = outcomeOf(GetParam(), failure);
-        const Remains remains = remainsOf(GetParam(), &failure, outcome.ending);
-        EXPECT_EQ(remains.kept, listed(GetParam(), outcome.ending));
-        EXPECT_EQ(remains.deviceLists, outcome.ending.deviceLists);
+        const Result& result = expectedOf(GetParam(), failure).result;
+        const Remains remains = remainsOf(GetParam(), &failure, result);
+        EXPECT_EQ(remains.kept, listed(GetParam(), result));
+        EXPECT_EQ(remains.deviceLists, result.state.deviceLists);
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Every, LeakList, testing::ValuesIn(subjects()),
+INSTANTIATE_TEST_SUITE_P(Every, LeakList, testing::ValuesIn(operations()),
                          [](const auto& test) { return test.param.name; });
 
-// The deliberate leaks, one by one.
-
-class DeliberateLeak : public support::DeviceLink {
-protected:
-    /// What the action keeps when it is done for the second time.
-    template <class Action>
-    Kept kept(Action action) {
-        bus.setLogging(false);
-        action();
-        return faults::keptBy(action);
-    }
-    /// The action keeps the controller, each time it is done, and nothing else.
-    template <class Action>
-    void expectKeptOpenAndClaimed(Action action) {
-        EXPECT_EQ(kept([&] {
-                      expectReleased();
-                      action();
-                      EXPECT_EQ(bus.openHandles(), 1);
-                      EXPECT_EQ(bus.claimedInterfaces(), 1);
-                      usb.release();
-                  }),
-                  Kept{});
-        expectReleased();
-    }
-};
-
-TEST_F(DeliberateLeak, SetupWithoutControllerKeepsTheDeviceList) {
-    EXPECT_EQ(kept([] { usb.setup(); }), Kept{});
-    EXPECT_EQ(bus.deviceLists(), 2);
-}
-
-TEST_F(DeliberateLeak, GetSettingsKeepsRequestAndReplyAfterAFailedRead) {
-    bus.plug({});
-    for (int i = 0; i < 2; ++i) {
-        dialogs.expectMessage("Firmware version not supported ! Please upgrade !", "Error");
-    }
-    EXPECT_EQ(kept([] { usb.getSettings(config, versionString); }), (Kept{{64, 2052}}));
-}
-
-TEST_F(DeliberateLeak, SendConfigCmdKeepsItsFrameWithoutController) {
-    EXPECT_EQ(kept([] { usb.sendConfigCmd(2, 5); }), (Kept{{2052}}));
-}
-
-TEST_F(DeliberateLeak, UploadOfAFileThatCannotBeOpenedKeepsTheControllerOpenAndClaimed) {
-    bus.plugController();
-    for (int i = 0; i < 2; ++i) {
-        dialogs.expectMessage("File Error", "Message");
-    }
-    expectKeptOpenAndClaimed([] { usb.uploadFile("/missing", "a"); });
-}
-
-TEST_F(DeliberateLeak, AControllerWithoutNameIsKeptOpenAndClaimed) {
-    bus.plug({.stringResult = 0});
-    expectKeptOpenAndClaimed([] { EXPECT_EQ(usb.setup(), 0); });
-}
+class DeliberateLeak : public support::DeviceLink {};
 
 TEST_F(DeliberateLeak, IsNotMadeByACaptureThatOtherOperationsInterrupt) {
-    dialogs.expectMessage("File Error", "Message");
-    dialogs.expectMessage("File Error", "Message");
-    EXPECT_EQ(kept([this] {
-                  const auto controller = bus.plugController();
-                  support::CaptureRounds rounds;
-                  rounds.after(1, [] { usb.sendConfigCmd(2, 5); });
-                  rounds.after(2, [] { usb.uploadFile("/missing", "a"); });
-                  rounds.stopAfter(4);
-                  dump_running = true;
-                  usb.receiveDump(1, "/missing");
-                  bus.reset();  // The controller goes, with what it remembers.
-                  bus.setLogging(false);
-              }),
-              Kept{});
+    const auto capture = [this] {
+        dialogs.expectMessage("File Error", "Message");
+        bus.setLogging(false);
+        const auto controller = bus.plugController();
+        support::CaptureRounds rounds;
+        rounds.after(1, [] { usb.sendConfigCmd(2, 5); });
+        rounds.after(2, [] { usb.uploadFile("/missing", "a"); });
+        rounds.stopAfter(4);
+        dump_running = true;
+        usb.receiveDump(1, "/missing");
+        bus.reset();  // The controller goes, with what it remembers.
+    };
+    capture();  // Takes what is taken once for all.
+    EXPECT_EQ(faults::keptBy(capture), Kept{});
 }
-
-struct Phase {
-    const char* name;
-    int frame;
-    const char* message;
-};
-
-class DeliberateLeakOfAnUpload : public DeliberateLeak,
-                                 public testing::WithParamInterface<Phase> {};
-
-TEST_P(DeliberateLeakOfAnUpload, KeepsItsBuffersAndTheOpenFile) {
-    const auto controller = bus.plugController();
-    for (int i = 0; i < 2; ++i) {
-        dialogs.expectMessage(GetParam().message, "Message");
-    }
-    EXPECT_EQ(kept([&] {
-                  controller->refuseUploadFrame(GetParam().frame);
-                  usb.uploadFile(faults::uploadedFile().c_str(), "a");
-              }),
-              (Kept{{64, 1100, 2052}, 1}));
-}
-
-INSTANTIATE_TEST_SUITE_P(Refused, DeliberateLeakOfAnUpload,
-                         testing::Values(Phase{"Open", 1, "File Open Error"},
-                                         Phase{"FirstBlock", 2, "File Transfer Error"},
-                                         Phase{"LastBlock", 4, "File Transfer Error"},
-                                         Phase{"Close", 5, "File Close Error"}),
-                         [](const auto& test) { return test.param.name; });
 
 #ifdef __SANITIZE_ADDRESS__
 /// What this program, run again for one test, says about leaks when none is suppressed.
@@ -230,10 +150,10 @@ TEST_P(LeakSanitizer, ReportsTheDeliberateLeakWhereItIsNotListed) {
 INSTANTIATE_TEST_SUITE_P(
     Without, LeakSanitizer,
     testing::Values(
-        Reported{"DeliberateLeak.SetupWithout*", "in libusb_get_device_list"},
-        Reported{"DeliberateLeak.GetSettings*", "in USBClass::getSettings"},
-        Reported{"DeliberateLeak.SendConfigCmd*", "in USBClass::sendConfigCmd"},
-        Reported{"*DeliberateLeakOfAnUpload.*Open", "in USBClass::uploadFile"},
+        Reported{"*LeakList.HasWhat*/sendUSB", "in libusb_get_device_list"},
+        Reported{"*LeakList.HasWhat*/getSettings", "in USBClass::getSettings"},
+        Reported{"*LeakList.HasWhat*/sendConfigCmd", "in USBClass::sendConfigCmd"},
+        Reported{"*LeakList.HasWhat*/uploadFile", "in USBClass::uploadFile"},
         Reported{"*WindowLeaks.*/LoadSettingsOf22*", "in MainFrame::OnLoad_configMenuSelected"},
         Reported{"*WindowLeaks.*/SavePaletteThat*", "in MainFrame::OnSave_paletteMenuSelected"}));
 #endif

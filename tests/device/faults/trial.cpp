@@ -1,6 +1,8 @@
 #include "tests/device/faults/trial.h"
 
+#include "tests/device/faults/captures.h"
 #include "tests/device/faults/pauses.h"
+#include "tests/support/capture_rounds.h"
 
 namespace faults {
 
@@ -23,8 +25,9 @@ Handle handleState() {
 
 int Trial::count() { return runs; }
 
-Trial::Trial(const Subject& subject)
-    : subject_(&subject), board_(bus.plugController(boardFor(subject), productFor(subject))) {
+Trial::Trial(const Operation& operation)
+    : operation_(&operation),
+      board_(bus.plugController(boardFor(operation), productFor(operation))) {
     setWhatTheToolHolds(heldBefore());
 }
 
@@ -37,16 +40,20 @@ void Trial::inject(const Failure& failure) {
     }
 }
 
-void Trial::goOnWith(const Subject& subject) {
-    subject_ = &subject;
-    *board_ = simulator::Controller(boardFor(subject));
-    setWhatTheToolHolds(heldBefore());
+void Trial::goOnWith(const Operation& operation) {
+    operation_ = &operation;
+    renew(operation);
     listsBefore_ = bus.deviceLists();
     bus.clearCalls();
 }
 
+void Trial::renew(const Operation& operation) {
+    *board_ = simulator::Controller(boardFor(operation));
+    setWhatTheToolHolds(heldBefore());
+}
+
 void Trial::plugAnother() {
-    board_ = bus.plugController(boardFor(*subject_), productFor(*subject_));
+    board_ = bus.plugController(boardFor(*operation_), productFor(*operation_));
 }
 
 void Trial::takeDown() {
@@ -54,35 +61,63 @@ void Trial::takeDown() {
     bus.reset();
 }
 
-void Trial::announce(const Ending& ending) {
-    const std::string text = ending.message != nullptr ? ending.message : subject_->message;
+void Trial::announce(const Operation& operation, const Result& result) {
+    const std::string text = result.message != nullptr ? result.message : operation.message;
     if (!text.empty()) {
-        dialogs.expectMessage(text, ending.caption);
+        dialogs.expectMessage(text, result.caption);
     }
 }
 
-void Trial::expect(const Outcome& outcome) {
-    ++runs;
-    announce(outcome.ending);
+void Trial::expect(const Expected& expected) {
     const unsigned long pausedBefore = pausesAskedFor();
-    go();
-    EXPECT_EQ(support::callLines(), outcome.calls);
-    EXPECT_EQ(result_.value_or(outcome.ending.found), outcome.ending.found);
-    EXPECT_EQ(pausesAskedFor() - pausedBefore, subject_->pause);
-    if (outcome.held) {
-        EXPECT_EQ(whatTheToolHolds(), *outcome.held);
-    } else {
-        const Subject& worker = outcome.doneAs != nullptr ? *outcome.doneAs : *subject_;
-        EXPECT_EQ(worker.done(*board_), outcome.done);
-    }
-    expectState(outcome.ending);
+    expectWork(*operation_, expected);
+    EXPECT_EQ(support::callLines(), expected.calls);
+    EXPECT_EQ(pausesAskedFor() - pausedBefore, operation_->pause);
+    expectState(expected.result.state);
+    ++runs;
 }
 
-void Trial::expectState(const Ending& ending) const {
-    EXPECT_EQ(handleState(), ending.handle);
-    EXPECT_EQ(bus.openHandles(), ending.openHandles);
-    EXPECT_EQ(bus.claimedInterfaces(), ending.claimedInterfaces);
-    EXPECT_EQ(bus.deviceLists() - listsBefore_, ending.deviceLists);
+void Trial::expectWork(const Operation& operation, const Expected& expected) {
+    announce(operation, expected.result);
+    if (const std::optional<bool> reported = operation.run()) {
+        EXPECT_EQ(*reported, expected.result.found);
+    }
+    const bool reads = operation.name.starts_with("get");
+    if (expected.held || !reads) {
+        EXPECT_EQ(whatTheToolHolds(), expected.held.value_or(heldBefore()));
+    }
+    if (!expected.held) {
+        const Operation* const worker = expected.workedLike;
+        EXPECT_EQ((worker != nullptr ? *worker : operation).done(*board_), expected.done);
+    }
+}
+
+void Trial::expect(const InterruptedCapture& capture, const ExpectedCapture& expected) {
+    support::CaptureRounds rounds;
+    std::size_t next = 0;
+    rounds.after(InterruptedFrame, [&] {
+        for (const Operation* operation : capture.operations) {
+            renew(*operation);
+            expectWork(*operation, expected.operations.at(next++));
+        }
+    });
+    rounds.stopAfter(capture.frames);
+    rounds.afterEnumeration(capture.enumerations, [] { dump_running = false; });
+    const unsigned long pausedBefore = pausesAskedFor();
+    captureUntilEnded();
+    EXPECT_EQ(next, expected.operations.size());
+    EXPECT_EQ(support::callLines(), expected.calls);
+    EXPECT_EQ(operation_->done(*board_), expected.frames);
+    EXPECT_EQ(pausesAskedFor() - pausedBefore, expected.pauses);
+    expectState(expected.state);
+    ++runs;
+}
+
+void Trial::expectState(const State& state) const {
+    EXPECT_EQ(handleState(), state.handle);
+    EXPECT_EQ(bus.openHandles(), state.openHandles);
+    EXPECT_EQ(bus.claimedInterfaces(), state.claimedInterfaces);
+    EXPECT_EQ(bus.deviceLists() - listsBefore_, state.deviceLists);
 }
 
 }  // namespace faults

@@ -177,7 +177,7 @@ std::function<void(Window&)> item(wxMenuItem* MainFrameBaseClass::*member) {
     return [=](Window& window) { window.choose(member); };
 }
 
-/// What goes through sendConfigCmd leaves its frame, and each search its device list.
+/// What goes through sendConfigCmd leaves its frame, and each enumeration its device list.
 std::vector<Command> commandsWithoutController() {
     return {
         {"LoadDevice", &Window::expectBox, item(&Members::load_Device), {}, 2},

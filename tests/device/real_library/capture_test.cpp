@@ -143,16 +143,16 @@ TEST_F(RealCapture, GoesOnAfterASettingsReadThatWasNotAnswered) {
     EXPECT_EQ(textFrames(), 4U);
 }
 
-TEST_F(RealCapture, IsSafeFromCommandsWhileItSearchesForAControllerThatIsGone) {
+TEST_F(RealCapture, IsSafeFromCommandsWhileItLooksForAControllerThatIsGone) {
     MockedUsbfs controller;
     rounds.after(2, [&] {
         controller.unplug();
         EXPECT_FALSE(usb.sendConfigCmd(0x03, 1));
         for (int later = 1; later < 4; ++later) {
-            rounds.afterSearch(rounds.searches() + later,
-                               [] { EXPECT_FALSE(usb.sendConfigCmd(0x03, 1)); });
+            rounds.afterEnumeration(rounds.enumerations() + later,
+                                    [] { EXPECT_FALSE(usb.sendConfigCmd(0x03, 1)); });
         }
-        rounds.afterSearch(rounds.searches() + 8, [] { dump_running = false; });
+        rounds.afterEnumeration(rounds.enumerations() + 8, [] { dump_running = false; });
     });
     run(2);
     EXPECT_EQ(textFrames(), 2U);

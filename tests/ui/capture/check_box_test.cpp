@@ -27,23 +27,6 @@ TEST_F(CheckBox, AsksTheControllerForItsSettingsBeforeTheUserForAFolder) {
     EXPECT_EQ(countCalls("out"), 1);
 }
 
-TEST_F(CheckBox, AsksForTheFolderWithThisTitleAndStyle) {
-    start();
-    dialogs.expect([](wxDialog& dialog) -> int {
-        auto* const folders = dynamic_cast<wxDirDialog*>(&dialog);
-        EXPECT_NE(folders, nullptr);
-        if (folders != nullptr) {
-            EXPECT_EQ(folders->GetMessage(), "Choose dump directory");
-            constexpr long Style = wxDD_DEFAULT_STYLE | wxDD_DIR_MUST_EXIST;
-            EXPECT_EQ(folders->GetWindowStyle() & Style, Style);
-            EXPECT_EQ(folders->GetWindowStyle() & (wxDD_CHANGE_DIR | wxDD_MULTIPLE), 0);
-            EXPECT_EQ(folders->GetPath(), "");
-        }
-        return wxID_CANCEL;
-    });
-    tick();
-}
-
 class CancelledFolder : public CheckBox, public testing::WithParamInterface<bool> {};
 
 TEST_P(CancelledFolder, UnticksTheBoxStartsNothingAndLeavesTheFlag) {
@@ -54,7 +37,7 @@ TEST_P(CancelledFolder, UnticksTheBoxStartsNothingAndLeavesTheFlag) {
     EXPECT_FALSE(box().GetValue());
     EXPECT_EQ(dump_running, GetParam());
     EXPECT_EQ(rounds.frames(), 0);
-    EXPECT_EQ(rounds.searches(), 3);  // Two as the window was made, one by the box.
+    EXPECT_EQ(rounds.enumerations(), 3);  // Two as the window was made, one by the box.
     expectGivenBack();
 }
 

@@ -15,7 +15,7 @@ TEST_P(ClosingKinds, EndsTheCaptureAfterTheRoundAndDestroysTheWindowThen) {
     start();
     choose(folder.path());
     rounds.after(3, [&] {
-        frame->Close(force);
+        EXPECT_EQ(frame->Close(force), force) << "who may be told so hears that it stays open";
         EXPECT_FALSE(dump_running);
         EXPECT_FALSE(frame->IsBeingDeleted());
     });
@@ -100,13 +100,13 @@ TEST_P(ClosingKinds, AfterACommandIsDoneToo) {
     EXPECT_FALSE(frame);
 }
 
-TEST_P(ClosingKinds, WhileTheCaptureSearchesForAControllerEndsIt) {
+TEST_P(ClosingKinds, WhileTheCaptureLooksForAControllerEndsIt) {
     start();
     choose(folder.path());
     rounds.after(2, [&] {
         bus.unplug(0);
         support::send(support::in(*frame, &support::Members::set_Stern), wxEVT_RADIOBUTTON, 1);
-        rounds.afterSearch(rounds.searches() + 2, [&] { frame->Close(force); });
+        rounds.afterEnumeration(rounds.enumerations() + 2, [&] { frame->Close(force); });
     });
     tick();
     EXPECT_EQ(rounds.frames(), 2);

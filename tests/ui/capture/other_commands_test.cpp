@@ -162,8 +162,8 @@ TEST_F(Unplugged, CommandDoesNothingAndTheCaptureWaitsForTheNextController) {
         bus.unplug(0);
         support::send(support::in(*frame, &Members::set_Stern), wxEVT_RADIOBUTTON, 1);
         EXPECT_EQ(config.inputMode, 2);
-        const int searches = rounds.searches();
-        rounds.afterSearch(searches + 3, [&] { plugAt(1); });
+        const int enumerations = rounds.enumerations();
+        rounds.afterEnumeration(enumerations + 3, [&] { plugAt(1); });
     });
     rounds.after(4, [&] { untick(); });
     tick();
@@ -171,31 +171,31 @@ TEST_F(Unplugged, CommandDoesNothingAndTheCaptureWaitsForTheNextController) {
     expectGivenBack();
 }
 
-TEST_F(Unplugged, CaptureThatSearchesCanBeStopped) {
+TEST_F(Unplugged, CaptureThatLooksForItCanBeStopped) {
     start();
     choose(folder.path());
     rounds.after(2, [&] {
         bus.unplug(0);
         support::send(support::in(*frame, &Members::set_Stern), wxEVT_RADIOBUTTON, 1);
-        rounds.afterSearch(rounds.searches() + 3, [&] { untick(); });
+        rounds.afterEnumeration(rounds.enumerations() + 3, [&] { untick(); });
     });
     tick();
     EXPECT_EQ(rounds.frames(), 2);
     expectGivenBack();
 }
 
-TEST_F(Unplugged, SeveralCommandsWhileTheCaptureSearchesAreSafe) {
+TEST_F(Unplugged, SeveralCommandsWhileTheCaptureLooksForItAreSafe) {
     start();
     choose(folder.path());
     rounds.after(2, [&] {
         bus.unplug(0);
         support::send(support::in(*frame, &Members::set_Stern), wxEVT_RADIOBUTTON, 1);
         for (int later = 1; later < 4; ++later) {
-            rounds.afterSearch(rounds.searches() + later, [&] {
+            rounds.afterEnumeration(rounds.enumerations() + later, [&] {
                 support::send(support::in(*frame, &Members::set_WPC), wxEVT_RADIOBUTTON, 1);
             });
         }
-        rounds.afterSearch(rounds.searches() + 8, [&] { untick(); });
+        rounds.afterEnumeration(rounds.enumerations() + 8, [&] { untick(); });
     });
     tick();
     EXPECT_EQ(rounds.frames(), 2);

@@ -1,41 +1,44 @@
-#ifndef LUMADOT_TESTS_DEVICE_FAULTS_SUBJECTS_H
-#define LUMADOT_TESTS_DEVICE_FAULTS_SUBJECTS_H
+#ifndef LUMADOT_TESTS_DEVICE_FAULTS_OPERATIONS_H
+#define LUMADOT_TESTS_DEVICE_FAULTS_OPERATIONS_H
 
 #include <functional>
-#include <memory>
 #include <optional>
 #include <ostream>
 #include <string>
 #include <vector>
 
 #include "simulator/bus.h"
-#include "tests/support/bus_log.h"
 #include "tests/support/device_link.h"
 
 namespace faults {
 
-/// An operation of the device link as the fault driver runs it, and what it does when nothing
-/// fails.
-struct Subject {
+/// An operation of the device link, and what it does when nothing fails.
+struct Operation {
     std::string name;
     std::function<std::optional<bool>()> run;  ///< returns what the operation reports, if it does
     support::Lines transfers;                  ///< as they are with device #0
-    std::string message = {};                  ///< of the box at the end, empty: none comes
-    unsigned long pause = 0;                   ///< ms, in every case
     /// How much of its work has been done: `whole` when nothing fails.
     std::function<int(const simulator::Controller&)> done;
     int whole = 1;
+    std::string message = {};  ///< of the box at the end, empty: none comes
+    unsigned long pause = 0;   ///< ms, in every case
+    bool keepsOpen = false;    ///< it leaves the controller open and claimed, on purpose
     simulator::SettingsLayout layout = simulator::SettingsLayout::Newer;
     simulator::Board board = simulator::Board::Standard;
 };
 
+inline std::ostream& operator<<(std::ostream& stream, const Operation& operation) {
+    return stream << operation.name;
+}
+
 /// Every operation of the device link; reading the settings is there in both layouts, a capture
 /// with and without a raw file, with the shortest, the longest and an XL controller's replies.
-const std::vector<Subject>& subjects();
+const std::vector<Operation>& operations();
+const Operation& operationNamed(const std::string& name);
 
-/// What the board of a subject is made with: settings that differ from the tool's in every byte.
-simulator::ControllerOptions boardFor(const Subject& subject);
-std::string productFor(const Subject& subject);
+/// What the board of an operation is made with: settings that differ from the tool's in every byte.
+simulator::ControllerOptions boardFor(const Operation& operation);
+std::string productFor(const Operation& operation);
 
 /// What the tool holds of a board.
 struct Held {
@@ -58,10 +61,6 @@ Held whatTheToolHolds();
 
 /// The file that `uploadFile` uploads, 1100 bytes: three blocks.
 const std::string& uploadedFile();
-
-inline std::ostream& operator<<(std::ostream& stream, const Subject& subject) {
-    return stream << subject.name;
-}
 
 }  // namespace faults
 

@@ -1,4 +1,4 @@
-#include "tests/device/faults/outcomes.h"
+#include "tests/device/faults/results.h"
 
 #include <gtest/gtest.h>
 
@@ -18,46 +18,44 @@ constexpr const char* Unsupported = "Firmware version not supported ! Please upg
 }  // namespace
 
 // clang-format off
-//                              found  message                caption    handle           open claimed lists
-const Ending AsUsual =         {"AsUsual",
-                                true,  nullptr,               "Message", Handle::Cleared, 0,   0,      0};
+//                              found  message                caption    state: handle    open claimed lists
+const Result AsUsual =         {"AsUsual",
+                                true,  nullptr,               "Message", {Handle::Cleared, 0,  0,      0}};
 // The enumeration failed: there is no list.
-const Ending NotListed =       {"NotListed",
-                                false, "",                    "",        Handle::Cleared, 0,   0,      0};
+const Result NotListed =       {"NotListed",
+                                false, "",                    "",        {Handle::Cleared, 0,  0,      0}};
 // No controller that could be opened. The list stays allocated.
-const Ending NotFound =        {"NotFound",
-                                false, "",                    "",        Handle::Cleared, 0,   0,      1};
+const Result NotFound =        {"NotFound",
+                                false, "",                    "",        {Handle::Cleared, 0,  0,      1}};
 // The name was read as nothing: no controller for the caller, who does not release it.
-const Ending LeftOpen =        {"LeftOpen",
-                                false, "",                    "",        Handle::Open,    1,   1,      0};
+const Result LeftOpen =        {"LeftOpen",
+                                false, "",                    "",        {Handle::Open,    1,  1,      0}};
 // The controller was closed and the handle not cleared.
-const Ending NotClaimed =      {"NotClaimed",
-                                false, "",                    "",        Handle::Stale,   0,   0,      0};
-const Ending SettingsNotRead = {"SettingsNotRead",
-                                true,  Unsupported,           "Error",   Handle::Stale,   0,   0,      0};
-const Ending OpenRefused =     {"OpenRefused",
-                                true,  "File Open Error",     "Message", Handle::Cleared, 0,   0,      0};
-const Ending TransferRefused = {"TransferRefused",
-                                true,  "File Transfer Error", "Message", Handle::Cleared, 0,   0,      0};
-const Ending CloseRefused =    {"CloseRefused",
-                                true,  "File Close Error",    "Message", Handle::Cleared, 0,   0,      0};
+const Result NotClaimed =      {"NotClaimed",
+                                false, "",                    "",        {Handle::Stale,   0,  0,      0}};
+const Result SettingsNotRead = {"SettingsNotRead",
+                                true,  Unsupported,           "Error",   {Handle::Stale,   0,  0,      0}};
+const Result OpenRefused =     {"OpenRefused",
+                                true,  "File Open Error",     "Message", {Handle::Cleared, 0,  0,      0}};
+const Result TransferRefused = {"TransferRefused",
+                                true,  "File Transfer Error", "Message", {Handle::Cleared, 0,  0,      0}};
+const Result CloseRefused =    {"CloseRefused",
+                                true,  "File Close Error",    "Message", {Handle::Cleared, 0,  0,      0}};
 // The file to upload could not be opened: nothing is released, on purpose.
-const Ending FileNotOpened =   {"FileNotOpened",
-                                true,  "File Error",          "Message", Handle::Open,    1,   1,      0};
+const Result FileNotOpened =   {"FileNotOpened",
+                                true,  "File Error",          "Message", {Handle::Open,    1,  1,      0}};
 // clang-format on
 
 namespace {
 
 // The calls of `setup`, by number.
 constexpr int Init = 1, List = 2, Descriptor = 3, Open = 4, Name = 5, FreeList = 6, Claim = 7;
-constexpr int SetupCalls = 7;
-constexpr int ReleaseCalls = 2;
 
 /// What a failure in `setup` leads to, with every operation alike.
 struct SetupRow {
     int call;
     Kind kind;
-    const Ending& ending;
+    const Result& result;
     int callsMade;  ///< when it ends there: of `setup`, without the closing
 };
 
@@ -81,9 +79,9 @@ const SetupRow SetupRows[] = {
 
 /// What a failure of a transfer leads to, by the transfer's number in the operation.
 struct TransferRow {
-    const char* subject;
+    const char* operation;
     int first, last;
-    const Ending& ending;
+    const Result& result;
     int transfersMade;
     int done;           ///< after an error
     int doneUnplugged;
@@ -127,11 +125,11 @@ const SetupRow& setupRow(int call, Kind kind) {
     return *found;
 }
 
-const TransferRow& transferRow(const std::string& subject, int transfer) {
+const TransferRow& transferRow(const std::string& operation, int transfer) {
     const auto* const found = std::ranges::find_if(TransferRows, [&](const TransferRow& row) {
-        return row.subject == subject && row.first <= transfer && transfer <= row.last;
+        return row.operation == operation && row.first <= transfer && transfer <= row.last;
     });
-    EXPECT_NE(found, std::end(TransferRows)) << "no row for " << subject << " " << transfer;
+    EXPECT_NE(found, std::end(TransferRows)) << "no row for " << operation << " " << transfer;
     return *found;
 }
 
@@ -162,31 +160,24 @@ bool hidesTheName(const Failure& failure) {
            (failure.kind == Kind::Reply && *failure.fault.result < XlNameLength);
 }
 
-Outcome setupOutcome(const Subject& subject, const Failure& failure) {
-    const SetupRow& row = setupRow(failure.call, failure.kind);
-    if (subject.board == simulator::Board::Xl && failure.call == Name && hidesTheName(failure)) {
+Expected ofSetup(const Operation& operation, const Failure& failure) {
+    const ExpectedSetup setup = expectedSetup(failure);
+    if (operation.board == simulator::Board::Xl && failure.call == Name && hidesTheName(failure)) {
         // It passes for the standard board, and its frames are longer than asked for.
-        const auto standard = std::ranges::find(subjects(), "receiveDump", &Subject::name);
-        return {
-            .ending = row.ending, .calls = usualCalls(*standard), .done = 0, .doneAs = &*standard};
+        const Operation& standard = operationNamed("receiveDump");
+        return {setup.result, usualCalls(standard), 0, {}, &standard};
     }
-    if (row.ending.found) {
-        return {row.ending, usualCalls(subject), subject.whole};
+    if (setup.result.found) {
+        return undisturbed(operation);
     }
-    Lines calls = firstOf(support::setupLines(), row.callsMade);
-    if (row.ending.handle == Handle::Stale) {
-        calls.emplace_back("libusb_close #0");
-    }
-    return {row.ending, calls, 0};
+    return {setup.result, setup.calls, 0};
 }
 
-Outcome transferOutcome(const Subject& subject, const Failure& failure) {
-    const TransferRow& row = transferRow(subject.name, failure.call - SetupCalls);
-    const Lines calls =
-        support::joined({support::setupLines(), firstOf(subject.transfers, row.transfersMade),
-                         support::releaseLines()});
+Expected ofTransfer(const Operation& operation, const Failure& failure) {
+    const TransferRow& row = transferRow(operation.name, failure.call - SetupCalls);
+    const Lines calls = support::connection(firstOf(operation.transfers, row.transfersMade));
     const int done = failure.kind == Kind::Unplugged ? row.doneUnplugged : row.done;
-    return {row.ending, suffering(failure, calls), done};
+    return {row.result, suffering(failure, calls), done};
 }
 
 /// The record and the version in a reply of this many letters V.
@@ -213,46 +204,67 @@ Held settingsIn(std::size_t length) {
 
 /// Any acknowledgement but the refusal accepts, and any reply to a capture is a frame. What is read
 /// depends on the bytes, and the id on the count as well.
-Outcome replyOutcome(const Subject& subject, const Failure& failure) {
+Expected ofReply(const Operation& operation, const Failure& failure) {
     constexpr int ReplyLength = 63;
     constexpr int IdRead = SetupCalls + 2;
     const auto& reply = failure.fault.reply;
     const auto& count = failure.fault.transferred;
-    const bool id = subject.name == "getUniqueId";
-    Held held = heldBefore();
-    if (reply && subject.name.starts_with("get")) {
+    const bool id = operation.name == "getUniqueId";
+    Expected expected = undisturbed(operation);
+    if (reply && operation.name.starts_with("get")) {
         const auto length = std::min<std::size_t>(reply->size(), ReplyLength);
+        expected.held = id ? heldBefore() : settingsIn(length);
         if (id) {
-            held.id = std::string(length, 'V');
-        } else {
-            held = settingsIn(length);
+            expected.held->id = std::string(length, 'V');
         }
     } else if (count && id && failure.call == IdRead) {
-        held.id = BoardId.substr(0, static_cast<std::size_t>(std::max(*count, 0)));
-    } else {
-        return {AsUsual, usualCalls(subject), subject.whole};
+        expected.held = heldBefore();
+        expected.held->id = BoardId.substr(0, static_cast<std::size_t>(std::max(*count, 0)));
     }
-    return {AsUsual, usualCalls(subject), 0, held};
+    return expected;
 }
 
 }  // namespace
 
-support::Lines usualCalls(const Subject& subject) {
-    return support::joined({support::setupLines(), subject.transfers, support::releaseLines()});
+support::Lines usualCalls(const Operation& operation) {
+    return operation.keepsOpen ? support::setupLines() : support::connection(operation.transfers);
 }
 
-Outcome outcomeOf(const Subject& subject, const Failure& failure) {
-    const auto transfers = static_cast<int>(subject.transfers.size());
+support::Lines staleSetupLines() {
+    return {"libusb_init",
+            "libusb_get_device_list",
+            "libusb_get_string_descriptor_ascii index 2 length 256 stale",
+            "libusb_free_device_list",
+            "libusb_claim_interface 0 stale",
+            "libusb_close stale"};
+}
+
+ExpectedSetup expectedSetup(const Failure& failure) {
+    const SetupRow& row = setupRow(failure.call, failure.kind);
+    if (row.result.found) {
+        return {row.result, support::setupLines()};
+    }
+    Lines calls = firstOf(support::setupLines(), row.callsMade);
+    if (row.result.state.handle == Handle::Stale) {
+        calls.emplace_back("libusb_close #0");
+    }
+    return {row.result, calls};
+}
+
+Expected undisturbed(const Operation& operation) {
+    return {operation.keepsOpen ? FileNotOpened : AsUsual, usualCalls(operation), operation.whole};
+}
+
+Expected expectedOf(const Operation& operation, const Failure& failure) {
+    const auto transfers = static_cast<int>(operation.transfers.size());
     if (failure.call <= SetupCalls) {
-        return setupOutcome(subject, failure);
+        return ofSetup(operation, failure);
     }
     if (failure.call > SetupCalls + transfers) {
-        return {AsUsual, usualCalls(subject), subject.whole};  // No result of a release matters.
+        return undisturbed(operation);  // No result of a release matters.
     }
-    if (failure.kind == Kind::Reply) {
-        return replyOutcome(subject, failure);
-    }
-    return transferOutcome(subject, failure);
+    return failure.kind == Kind::Reply ? ofReply(operation, failure)
+                                       : ofTransfer(operation, failure);
 }
 
 }  // namespace faults
