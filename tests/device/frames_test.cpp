@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <functional>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -66,12 +67,13 @@ INSTANTIATE_TEST_SUITE_P(
                   "A0 A1 A2 A3 A4 A5 A6 A7 A8 A9 AA AB AC AD AE AF "
                   "B0 B1 B2 B3 B4 B5 B6 B7 B8 B9 BA BB BC BD BE BF "
                   "C0 C1 C2 C3 C4 C5 C6 C7 C8 C9 CA CB CC CD CE CF 00*1997"},
-        brightness(-1, "81 C3 E7 FF 08 00*12 0A 00*2034"),
+        brightness(std::numeric_limits<int>::min(), "81 C3 E7 FF 08 00*12 0A 00*2034"),
         brightness(9, "81 C3 E7 FF 08 00*12 0A 00*2034"),
         brightness(10, "81 C3 E7 FF 08 00*12 0A 00*2034"),
         brightness(200, "81 C3 E7 FF 08 00*12 C8 00*2034"),
         brightness(255, "81 C3 E7 FF 08 00*12 FF 00*2034"),
-        brightness(300, "81 C3 E7 FF 08 00*12 FF 00*2034"),
+        brightness(256, "81 C3 E7 FF 08 00*12 FF 00*2034"),
+        brightness(std::numeric_limits<int>::max(), "81 C3 E7 FF 08 00*12 FF 00*2034"),
         FrameCase{"Settings", someSettings,
                   "81 C3 E7 FF 20 01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F 10 11 12 13 14 15 "
                   "16 17 00*2024"}),

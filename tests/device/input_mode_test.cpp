@@ -5,7 +5,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <ostream>
-#include <set>
 #include <string>
 #include <string_view>
 
@@ -76,12 +75,6 @@ TEST_P(InputModeTable, HoldsTheRuleOfItsDots) {
     EXPECT_EQ(mode().dots.digits, GetParam().digits);
 }
 
-TEST_P(InputModeTable, HasADigitForEverySumOfItsDots) {
-    const DotRule& dots = mode().dots;
-    const std::size_t sums = dots.sum == Weighted ? 1U << dots.planes : dots.planes + 1U;
-    EXPECT_EQ(dots.digits.size(), sums);
-}
-
 INSTANTIATE_TEST_SUITE_P(Mode, InputModeTable, testing::ValuesIn(Table),
                          [](const auto& test) { return "No" + std::to_string(test.param.number); });
 
@@ -89,13 +82,6 @@ TEST(InputModes, ComeInTheOrderOfTheTable) {
     ASSERT_EQ(inputModes().size(), std::size(Table));
     for (std::size_t i = 0; i < std::size(Table); ++i) {
         EXPECT_EQ(inputModes()[i].number, Table[i].number);
-    }
-}
-
-TEST(InputModes, RepeatNoNumber) {
-    std::set<int> numbers;
-    for (const InputModeInfo& mode : inputModes()) {
-        EXPECT_TRUE(numbers.insert(mode.number).second) << int{mode.number} << " comes twice";
     }
 }
 

@@ -11,62 +11,20 @@ namespace support {
 /// Names the window's protected members for the tests, as `frame.*(&Members::set_Stern)`. Nobody
 /// makes one: the windows of the tests are the tool's own.
 struct Members : MainFrameBaseClass {
-    using MainFrameBaseClass::about_Item;
-    using MainFrameBaseClass::brightness_Label;
-    using MainFrameBaseClass::brightness_Slider;
-    using MainFrameBaseClass::custom_Label;
-    using MainFrameBaseClass::device_Menu;
-    using MainFrameBaseClass::dump_CheckBox;
-    using MainFrameBaseClass::enhancer_CheckBox;
-    using MainFrameBaseClass::file_Menu;
-    using MainFrameBaseClass::help_Menu;
-    using MainFrameBaseClass::load_config;
-    using MainFrameBaseClass::load_Device;
-    using MainFrameBaseClass::load_palette;
-    using MainFrameBaseClass::m_menuBar;
-    using MainFrameBaseClass::palette_Device;
-    using MainFrameBaseClass::palette_Label;
-    using MainFrameBaseClass::pinball_Label;
-    using MainFrameBaseClass::pinmame_Label;
-    using MainFrameBaseClass::reset_Device;
-    using MainFrameBaseClass::save_config;
-    using MainFrameBaseClass::save_Device;
-    using MainFrameBaseClass::save_palette;
-    using MainFrameBaseClass::set_AlvinG;
-    using MainFrameBaseClass::set_Capcom;
-    using MainFrameBaseClass::set_col0;
-    using MainFrameBaseClass::set_col1;
-    using MainFrameBaseClass::set_col10;
-    using MainFrameBaseClass::set_col11;
-    using MainFrameBaseClass::set_col12;
-    using MainFrameBaseClass::set_col13;
-    using MainFrameBaseClass::set_col14;
-    using MainFrameBaseClass::set_col15;
-    using MainFrameBaseClass::set_col2;
-    using MainFrameBaseClass::set_col3;
-    using MainFrameBaseClass::set_col4;
-    using MainFrameBaseClass::set_col5;
-    using MainFrameBaseClass::set_col6;
-    using MainFrameBaseClass::set_col7;
-    using MainFrameBaseClass::set_col8;
-    using MainFrameBaseClass::set_col9;
-    using MainFrameBaseClass::set_DataEast;
-    using MainFrameBaseClass::set_DE128x16;
-    using MainFrameBaseClass::set_Gottlieb1;
-    using MainFrameBaseClass::set_Gottlieb2;
-    using MainFrameBaseClass::set_Gottlieb3;
-    using MainFrameBaseClass::set_HomePin;
-    using MainFrameBaseClass::set_Inder;
-    using MainFrameBaseClass::set_pal;
-    using MainFrameBaseClass::set_PinMame;
-    using MainFrameBaseClass::set_Sleic;
-    using MainFrameBaseClass::set_Spike;
-    using MainFrameBaseClass::set_Spooky;
-    using MainFrameBaseClass::set_Stern;
-    using MainFrameBaseClass::set_WhiteStar;
-    using MainFrameBaseClass::set_WPC;
-    using MainFrameBaseClass::upload_Device;
-    using MainFrameBaseClass::wpc_Label;
+    using Base = MainFrameBaseClass;
+    using Base::about_Item, Base::brightness_Label, Base::brightness_Slider, Base::custom_Label,
+        Base::device_Menu, Base::dump_CheckBox, Base::enhancer_CheckBox, Base::file_Menu,
+        Base::help_Menu, Base::load_config, Base::load_Device, Base::load_palette, Base::m_menuBar,
+        Base::palette_Device, Base::palette_Label, Base::pinball_Label, Base::pinmame_Label,
+        Base::reset_Device, Base::save_config, Base::save_Device, Base::save_palette,
+        Base::set_AlvinG, Base::set_Capcom, Base::set_col0, Base::set_col1, Base::set_col10,
+        Base::set_col11, Base::set_col12, Base::set_col13, Base::set_col14, Base::set_col15,
+        Base::set_col2, Base::set_col3, Base::set_col4, Base::set_col5, Base::set_col6,
+        Base::set_col7, Base::set_col8, Base::set_col9, Base::set_DataEast, Base::set_DE128x16,
+        Base::set_Gottlieb1, Base::set_Gottlieb2, Base::set_Gottlieb3, Base::set_HomePin,
+        Base::set_Inder, Base::set_pal, Base::set_PinMame, Base::set_Sleic, Base::set_Spike,
+        Base::set_Spooky, Base::set_Stern, Base::set_WhiteStar, Base::set_WPC, Base::upload_Device,
+        Base::wpc_Label;
 };
 
 /// The member that a pointer like &Members::set_Stern names.

@@ -76,15 +76,31 @@ TEST_F(StartUp, AddsTheImageFormatsPngAndJpegInThisOrderAndNoOther) {
     EXPECT_NE(dynamic_cast<wxJPEGHandler*>(handlers.Item(standard + 1)->GetData()), nullptr);
 }
 
-TEST_F(StartUp, TellsTheCLibraryTheUsersEncoding) {
-    const char* const value = std::getenv("LC_ALL");
-    const std::string before = value != nullptr ? value : "";  // Empty is as good as not set.
-    setenv("LC_ALL", "C.UTF-8", 1);
-    std::setlocale(LC_CTYPE, "C");
-    start();
+/// A start in the locale that the environment names.
+class StartInLocale : public StartUp {
+protected:
+    void start(const char* environment) {
+        const char* const value = std::getenv("LC_ALL");
+        const std::string before = value != nullptr ? value : "";  // Empty is as good as not set.
+        setenv("LC_ALL", environment, 1);
+        std::setlocale(LC_CTYPE, "C");
+        StartUp::start();
+        setenv("LC_ALL", before.c_str(), 1);
+    }
+    ~StartInLocale() override { std::setlocale(LC_CTYPE, "C"); }
+};
+
+TEST_F(StartInLocale, TakesTheEncodingOfFileNamesFromItAndNothingElse) {
+    start("C.UTF-8");
     EXPECT_STREQ(std::setlocale(LC_CTYPE, nullptr), "C.UTF-8");
-    std::setlocale(LC_CTYPE, "C");
-    setenv("LC_ALL", before.c_str(), 1);
+    EXPECT_STREQ(wxString::FromUTF8("\xC3\xBC").mb_str(wxConvLibc), "\xC3\xBC");
+    EXPECT_STREQ(std::setlocale(LC_NUMERIC, nullptr), "C");
+    EXPECT_STREQ(std::setlocale(LC_MESSAGES, nullptr), "C");
+}
+
+TEST_F(StartInLocale, IsSurvivedWhenTheLocaleIsNotInstalled) {
+    start("xx_XX.nowhere");
+    EXPECT_STREQ(std::setlocale(LC_CTYPE, nullptr), "C");
 }
 
 TEST_F(StartUp, ShowsNoMessageAndLogsNothing) {

@@ -3,8 +3,7 @@
 #include <dlfcn.h>
 #include <gmock/gmock.h>
 
-#include <sstream>
-#include <string>
+#include <ostream>
 #include <vector>
 
 #include "tests/ui/sources.h"
@@ -18,11 +17,13 @@ struct Step {
     wxEventType type;
     const wxEvtHandler* sink;
     const wxObject* userData;
+    bool done = true;  ///< there was such a connection to remove
     bool operator==(const Step&) const = default;
 };
 
 void PrintTo(const Step& step, std::ostream* out) {
-    *out << "source " << step.source << " id " << step.id << " type " << step.type;
+    *out << "source " << step.source << " id " << step.id << " type " << step.type
+         << (step.done ? "" : " in vain");
 }
 
 std::vector<Step> made;
@@ -49,12 +50,13 @@ void wxEvtHandler::DoBind(int id, int lastId, wxEventType type, wxEventFunctor* 
 
 bool wxEvtHandler::DoUnbind(int id, int lastId, wxEventType type, const wxEventFunctor& functor,
                             wxObject* userData) {
-    removed.push_back({this, id, type, functor.GetEvtHandler(), userData});
     using Function =
         bool (*)(wxEvtHandler*, int, int, wxEventType, const wxEventFunctor&, wxObject*);
     static const auto unbind =
         toolkits<Function>("_ZN12wxEvtHandler8DoUnbindEiiiRK14wxEventFunctorP8wxObject");
-    return unbind(this, id, lastId, type, functor, userData);
+    const bool done = unbind(this, id, lastId, type, functor, userData);
+    removed.push_back({this, id, type, functor.GetEvtHandler(), userData, done});
+    return done;
 }
 
 namespace {

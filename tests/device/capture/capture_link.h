@@ -29,8 +29,8 @@ protected:
     /// A controller that is set to this input mode.
     std::shared_ptr<simulator::Controller> plug(int mode, Board board = Board::Standard);
 
-    /// Captures until something ends it.
-    void run(int mode) { run(mode, folder.path()); }
+    /// Captures until something ends it, into `place` unless said otherwise.
+    void run(int mode) { run(mode, place); }
     void run(int mode, const std::filesystem::path& into);
     /// Captures this many frames.
     void run(int mode, int frames) {
@@ -44,7 +44,7 @@ protected:
     /// The dump replies in the bus log, in their order.
     std::vector<Frame> repliedFrames() const;
 
-    /// The content of the folder's only file with this ending (".txt", ".raw"); no file, or more
+    /// The content of the only file in `place` with this ending (".txt", ".raw"); no file, or more
     /// than one, fails the test.
     std::string content(const std::string& ending) const;
     std::string text() const { return content(".txt"); }
@@ -52,12 +52,22 @@ protected:
     std::vector<std::string> fileNames() const;
 
     /// The text file consists of these frames; `start` is what the time stamps have in common.
-    void expectText(int mode, bool xl, const std::vector<Frame>& frames, std::uint32_t start) const;
-    void expectRaw(int mode, const std::vector<Frame>& frames, std::uint32_t start) const;
+    void expectText(int mode, bool xl, const std::vector<Frame>& frames,
+                    std::uint32_t start) const {
+        EXPECT_EQ(text(), textOf(mode, xl, frames, start));
+    }
+    /// The raw file has its header and these frames.
+    void expectRaw(int mode, const std::vector<Frame>& frames, std::uint32_t start) const {
+        EXPECT_EQ(support::byteText(raw()), support::byteText(rawOf(mode, frames, start)));
+    }
+    static std::string textOf(int mode, bool xl, const std::vector<Frame>& frames,
+                              std::uint32_t start);
+    static Bytes rawOf(int mode, const std::vector<Frame>& frames, std::uint32_t start);
     /// The start that the text file's first frame tells.
     std::uint32_t startOf(const std::vector<Frame>& frames) const;
 
     support::TemporaryFolder folder;
+    std::filesystem::path place = folder.path();
     support::CaptureRounds rounds;
 };
 

@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
+#include <set>
 
 #include "tests/device/capture/capture_link.h"
 
@@ -273,22 +274,17 @@ TEST_F(ReceiveDump, FolderThatVanishesAndComesBackCostsTheFramesInBetween) {
     expectReleased();
 }
 
-TEST_F(ReceiveDump, FolderWhereNothingCanBeMadeCostsTheFilesOnly) {
-    plug(6);
-    rounds.stopAfter(2);
-    run(6, "/proc");
-    EXPECT_EQ(repliedFrames().size(), 2U);
-    expectReleased();
+std::set<std::filesystem::path> inTheRoot() {
+    const std::filesystem::directory_iterator entries("/");
+    return {begin(entries), end(entries)};
 }
 
 TEST_F(ReceiveDump, EmptyFolderNameDoesNotWriteIntoTheRoot) {
     plug(1);
     rounds.stopAfter(1);
+    const auto before = inTheRoot();
     run(1, "");
-    for (const auto& entry : std::filesystem::directory_iterator("/")) {
-        EXPECT_FALSE(entry.path().string().ends_with("_lumadot_dump.txt"));
-        EXPECT_FALSE(entry.path().string().ends_with("_lumadot_dump.raw"));
-    }
+    EXPECT_EQ(inTheRoot(), before);
     expectReleased();
 }
 

@@ -22,17 +22,6 @@ TEST_F(Replies, ReadThatTimesOutWritesNothingButMakesTheTextFile) {
     expectReleased();
 }
 
-TEST_F(Replies, TransfersThatAllFailWriteNothingButMakeTheTextFile) {
-    plug(1);
-    bus.inject({.function = "libusb_bulk_transfer", .nth = 0, .result = LIBUSB_ERROR_IO});
-    run(1, 3);
-    EXPECT_EQ(rounds.frames(), 3);
-    EXPECT_EQ(text(), "");
-    EXPECT_EQ(support::byteText(raw()), "52 41 57 00 01 80 20 03");
-    EXPECT_EQ(capture::openFilesIn(folder.path()), 0);
-    expectReleased();
-}
-
 TEST_F(Replies, FramesThatDoNotComeAreLeftOutAndTheOthersAreWritten) {
     plug(1);
     bus.inject({.function = "libusb_bulk_transfer",
@@ -106,56 +95,6 @@ TEST_F(Replies, FirstFrameStartsFromZeros) {
     expectRaw(10, frames, start);
 }
 
-/// Four planes are decoded out of a reply that holds one byte of the first.
-class FiveByteReplies : public CaptureLink, public testing::WithParamInterface<int> {};
-
-TEST_P(FiveByteReplies, CountAsZeroBeyondTheirEnd) {
-    plug(GetParam());
-    answers({{0, 0, 0, 0, 0x00}, {0, 0, 0, 0, 0x81}});
-    run(GetParam(), 2);
-    const std::string content = text();
-    ASSERT_EQ(content.size(), 2 * (12 + 32 * 130 + 2U));
-    const std::string dark(128, '0');
-    EXPECT_EQ(content.substr(12, 130), dark + "\r\n");
-    const std::string second = content.substr(content.size() / 2);
-    EXPECT_EQ(second.substr(12, 130), "10000001" + dark.substr(8) + "\r\n");
-    for (std::size_t row = 1; row < 32; ++row) {
-        EXPECT_EQ(second.substr(12 + row * 130, 130), dark + "\r\n");
-    }
-    expectReleased();
-}
-
-INSTANTIATE_TEST_SUITE_P(Modes, FiveByteReplies, testing::Values(11, 15));
-
-class XlRawBlocks : public CaptureLink, public testing::WithParamInterface<int> {};
-
-TEST_P(XlRawBlocks, HoldWhatTheReplyHasAndThenZeros) {
-    plug(GetParam(), Board::Xl);
-    Bytes reply = {0, 0, 0, 0};
-    reply.resize(3077, 0xC5);
-    answer(reply);
-    run(GetParam(), 1);
-    const Bytes file = raw();
-    const std::size_t planes = static_cast<std::size_t>(naive::planes(GetParam())) * 512;
-    ASSERT_EQ(file.size(), 8 + 4 + planes);
-    const std::size_t arrived = std::min<std::size_t>(planes, 3073);
-    EXPECT_EQ(Bytes(file.begin() + 12, file.begin() + 12 + static_cast<std::ptrdiff_t>(arrived)),
-              Bytes(arrived, 0xC5));
-    EXPECT_EQ(Bytes(file.begin() + 12 + static_cast<std::ptrdiff_t>(arrived), file.end()),
-              Bytes(planes - arrived, 0x00));
-}
-
-TEST_P(XlRawBlocks, StandUnderTheHeaderOfTheStandardDisplay) {
-    plug(GetParam(), Board::Xl);
-    run(GetParam(), 1);
-    const Bytes file = raw();
-    const auto planes = static_cast<std::uint8_t>(naive::planes(GetParam()));
-    EXPECT_EQ(Bytes(file.begin(), file.begin() + 8),
-              (Bytes{0x52, 0x41, 0x57, 0x00, 0x01, 0x80, 0x20, planes}));
-}
-
-INSTANTIATE_TEST_SUITE_P(Modes, XlRawBlocks, testing::Values(1, 6, 7, 8, 9, 10, 13));
-
 TEST_F(Replies, StoppingWhileAReadIsPendingEndsTheCaptureAfterThatRead) {
     plug(2);
     rounds.onRead([](int frame) { dump_running = dump_running && frame < 2; });
@@ -163,23 +102,6 @@ TEST_F(Replies, StoppingWhileAReadIsPendingEndsTheCaptureAfterThatRead) {
     EXPECT_EQ(repliedFrames().size(), 2U);
     EXPECT_EQ(text().size(), 2 * (12 + 32 * 130 + 2U));
     expectReleased();
-}
-
-TEST_F(Replies, UnreadableProductNameIsAStandardController) {
-    bus.inject({.function = "libusb_get_string_descriptor_ascii", .result = LIBUSB_ERROR_PIPE});
-    plug(1, Board::Xl);
-    answer(Bytes(1541));
-    run(1, 1);
-    EXPECT_EQ(text().size(), 12 + 32 * 130 + 2U);
-    expectReleased();
-}
-
-TEST_F(Replies, ClaimThatIsRefusedIsNoController) {
-    bus.plug({.refuseClaim = true});
-    run(1);
-    EXPECT_EQ(fileNames().size(), 1U);
-    EXPECT_EQ(rounds.frames(), 0);
-    EXPECT_EQ(bus.openHandles(), 0);
 }
 
 TEST_F(Replies, ControllerThatIsPulledOutWritesNothingMore) {

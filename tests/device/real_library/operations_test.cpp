@@ -35,15 +35,6 @@ TEST_F(RealLibrary, SettingsOfTheNewerLayoutAreReadWithTheFirmwareVersion) {
     EXPECT_EQ(claimByAnotherProgram(), 0);
 }
 
-TEST_F(RealLibrary, SettingsOfTheOlderLayoutChangeFourFieldsOnly) {
-    const MockedUsbfs controller({.board = {.layout = simulator::SettingsLayout::Older}});
-    std::array<char, 9> version = {"kept"};
-    const auto settings = usb_.getSettings(record(OtherRecord), version.data());
-    EXPECT_THAT(bytesOf(settings), ElementsAre(0, 0, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15,
-                                               16, 17, 18, 19, 20, 21, 1, 30));
-    EXPECT_STREQ(version.data(), "kept");
-}
-
 TEST_F(RealLibrary, SettingsThatDidNotArriveAreZero) {
     const MockedUsbfs controller({.board = {.settings = OtherRecord}});
     controller->setFaults({.replyLimit = 20});
@@ -110,46 +101,6 @@ TEST_F(RealLibrary, CommandArrivesWholeWithRawBytes) {
     const MockedUsbfs controller;
     EXPECT_TRUE(usb_.sendConfigCmd('\x81', '\xFE'));
     EXPECT_THAT(controller->received(), ElementsAre(frame({0x81, 0xC3, 0xE7, 0xFF, 0x81, 0xFE})));
-}
-
-TEST_F(RealLibrary, PaletteArrivesWhole) {
-    const MockedUsbfs controller;
-    std::array<unsigned char, 48> colours = {1,  2,  3,  4,  5,   6,   7,   8,   9,   10,  11, 12,
-                                             13, 14, 15, 16, 17,  18,  19,  20,  21,  22,  23, 24,
-                                             25, 26, 27, 28, 29,  30,  31,  32,  33,  34,  35, 36,
-                                             37, 38, 39, 40, 250, 251, 252, 253, 254, 255, 0,  1};
-    usb_.sendPal(colours.data());
-    EXPECT_THAT(
-        controller->received(),
-        ElementsAre(frame({0x81, 0xC3, 0xE7, 0xFF, 0x04, 0,   1,   1,   2,   3,   4,   5,  6,  7,
-                           8,    9,    10,   11,   12,   13,  14,  15,  16,  17,  18,  19, 20, 21,
-                           22,   23,   24,   25,   26,   27,  28,  29,  30,  31,  32,  33, 34, 35,
-                           36,   37,   38,   39,   40,   250, 251, 252, 253, 254, 255, 0,  1})));
-}
-
-TEST_F(RealLibrary, BrightnessArrivesWhole) {
-    const MockedUsbfs controller;
-    usb_.setBrightness(5);
-    EXPECT_THAT(
-        controller->received(),
-        ElementsAre(frame({0x81, 0xC3, 0xE7, 0xFF, 0x08, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 10})));
-}
-
-TEST_F(RealLibrary, LogoArrivesWhole) {
-    const MockedUsbfs controller;
-    EXPECT_TRUE(usb_.sendLogo());
-    const auto packets = controller->received();
-    ASSERT_EQ(packets.size(), 1U);
-    ASSERT_EQ(packets[0].size(), 2052U);
-    const auto part = [&](int from, int length) {
-        return Bytes(packets[0].begin() + from, packets[0].begin() + from + length);
-    };
-    EXPECT_THAT(part(0, 4), ElementsAre(0x81, 0xC3, 0xE7, 0x00));
-    EXPECT_THAT(part(4, 16), ElementsAre(0, 0x7F, 0, 0x7F, 0, 0x7F, 0, 0x7F, 0, 0x7F, 0, 0x7F, 0,
-                                         0x7F, 0, 0x7F));
-    EXPECT_THAT(part(4 + 3 * 512, 16), ElementsAre(0, 0, 0, 0, 0, 0, 0, 0, 0x7F, 0x7F, 0x7F, 0x7F,
-                                                   0x7F, 0x7F, 0x7F, 0x7F));
-    EXPECT_EQ(controller->board([](auto& board) { return board.image(); }), packets[0]);
 }
 
 TEST_F(RealLibrary, FrameThatIsNeverAcceptedIsGivenUpSilentlyAfterOneSecond) {

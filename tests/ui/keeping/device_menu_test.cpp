@@ -182,14 +182,4 @@ TEST_F(ResetOfDevice, ReportsAControllerThatTakesLonger) {
     MyLibusbDeviceHandle = nullptr;
 }
 
-TEST_F(ResetOfDevice, KeepsTheControllerSilentForASecond) {
-    usb.sendConfigCmd(0x00, 0);
-    EXPECT_TRUE(board->restarting());
-    dialogs.expectMessage(Unsupported, "Error");
-    config = usb.getSettings(config, versionString);  // Waits its second in vain.
-    EXPECT_FALSE(board->restarting());
-    config = usb.getSettings(config, versionString);
-    EXPECT_EQ(dialogs.seen(), 1);
-}
-
 }  // namespace

@@ -3,12 +3,9 @@
 #include <wx/filedlg.h>
 
 #include <clocale>
-#include <cstdlib>
 
-#include "app/main.h"
 #include "device/interfaceUSB.h"
 #include "tests/support/message_box.h"
-#include "tests/support/toolkit.h"
 #include "tests/ui/keeping/keeping_fixture.h"
 #include "ui/palette.h"
 
@@ -130,51 +127,6 @@ TEST_F(FileNamedInUtf8InLocaleC, IsNotWhatAnUploadCanBeCalled) {
         support::expectPlainMessage(dialogs, "File Error");
         choose(&Members::upload_Device);
     });
-}
-
-// The application's start
-
-class StartInLocale : public Keeping {
-protected:
-    StartInLocale() {
-        if (const char* before = std::getenv("LC_ALL")) {
-            before_ = before;
-        }
-    }
-    ~StartInLocale() override {
-        before_.empty() ? unsetenv("LC_ALL") : setenv("LC_ALL", before_.c_str(), 1);
-        delete wxGetApp().GetTopWindow();
-        wxGetApp().SetTopWindow(nullptr);
-    }
-
-    /// Starts the application in the locale of the environment.
-    void start(const char* environment) {
-        setenv("LC_ALL", environment, 1);
-        std::setlocale(LC_CTYPE, "C");
-        const support::LogCollector log;  // Adding the image formats twice is logged.
-        ASSERT_TRUE(wxGetApp().OnInit());
-        support::failOnToolkitAssertions();
-    }
-
-private:
-    std::string before_;
-};
-
-TEST_F(StartInLocale, TakesTheEncodingOfFileNamesFromTheEnvironment) {
-    start("C.UTF-8");
-    EXPECT_STREQ(std::setlocale(LC_CTYPE, nullptr), "C.UTF-8");
-    EXPECT_STREQ(wxString::FromUTF8("\xC3\xBC").mb_str(wxConvLibc), "\xC3\xBC");
-}
-
-TEST_F(StartInLocale, LeavesNumbersAndTexts) {
-    start("C.UTF-8");
-    EXPECT_STREQ(std::setlocale(LC_NUMERIC, nullptr), "C");
-    EXPECT_STREQ(std::setlocale(LC_MESSAGES, nullptr), "C");
-}
-
-TEST_F(StartInLocale, SurvivesALocaleThatIsNotInstalled) {
-    start("xx_XX.nowhere");
-    EXPECT_STREQ(std::setlocale(LC_CTYPE, nullptr), "C");
 }
 
 }  // namespace

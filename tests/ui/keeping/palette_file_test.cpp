@@ -161,7 +161,7 @@ TEST_P(PaletteFileOfLength, BelowFiftySixIsIgnored) {
     EXPECT_EQ(support::timesOpen(file), 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(Every, PaletteFileOfLength, testing::Range<std::size_t>(0, 56));
+INSTANTIATE_TEST_SUITE_P(Sample, PaletteFileOfLength, testing::Values(0, 1, 8, 55));
 
 struct Place {
     std::string what;

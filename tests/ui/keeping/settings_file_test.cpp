@@ -91,25 +91,6 @@ TEST_F(SettingsFile, IsClosedAfterLoading) {
     EXPECT_THAT(readFile(file), ElementsAreArray(ExampleRecord));
 }
 
-TEST_F(SettingsFile, OfModeZeroLeavesTheModeButtonThatWasChecked) {
-    RecordBytes record = ExampleRecord;
-    record[0] = 0;
-    load(record);
-    EXPECT_EQ(config.inputMode, 0);
-    EXPECT_THAT(support::checkedModes(window()), ElementsAre(5));
-}
-
-TEST_F(SettingsFile, BringsBackThePresetOverCustomColours) {
-    RecordBytes record = SomeRecord;
-    record[1] = 5;
-    load(record);
-    EXPECT_EQ(palette, Cyan);
-    palette = SomePalette;
-    load(record);
-    EXPECT_EQ(palette, Cyan);
-    EXPECT_EQ(support::paintedPalette(window()), Cyan);
-}
-
 struct OddRecord {
     std::string what;
     RecordBytes bytes;
@@ -124,11 +105,6 @@ RecordBytes with(std::size_t at, std::uint8_t value) {
 }
 
 class SettingsFileWith : public SettingsFile, public testing::WithParamInterface<OddRecord> {};
-
-TEST_P(SettingsFileWith, IsLoadedAsItIs) {
-    load(GetParam().bytes);
-    EXPECT_EQ(configBytes(), GetParam().bytes);
-}
 
 TEST_P(SettingsFileWith, ComesBackFromTheDiskAsItWasSaved) {
     setConfig(GetParam().bytes);
@@ -153,25 +129,6 @@ INSTANTIATE_TEST_SUITE_P(
                     OddRecord{"Enhancer2", with(21, 2)}, OddRecord{"Brightness0", with(22, 0)},
                     OddRecord{"Brightness255", with(22, 255)}),
     [](const auto& test) { return test.param.what; });
-
-class SettingsFileOfMode : public SettingsFile, public testing::WithParamInterface<int> {};
-
-TEST_P(SettingsFileOfMode, ThatDoesNotExistLeavesTheModeButtons) {
-    load(with(0, static_cast<std::uint8_t>(GetParam())));
-    EXPECT_THAT(support::checkedModes(window()), ElementsAre(5));
-}
-
-INSTANTIATE_TEST_SUITE_P(Number, SettingsFileOfMode, testing::Values(16, 17, 128, 239, 255));
-
-class SettingsFileOfPreset : public SettingsFile, public testing::WithParamInterface<int> {};
-
-TEST_P(SettingsFileOfPreset, ThatDoesNotExistLeavesThePalette) {
-    load(with(1, static_cast<std::uint8_t>(GetParam())));
-    EXPECT_EQ(palette, SomePalette);
-    EXPECT_EQ(support::paintedPalette(window()), SomePalette);
-}
-
-INSTANTIATE_TEST_SUITE_P(Number, SettingsFileOfPreset, testing::Values(9, 10, 200, 255));
 
 TEST_F(SettingsFile, IsNotLoadedWhenTheDialogIsCancelled) {
     expectNothingChanges([this] {

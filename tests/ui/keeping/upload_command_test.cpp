@@ -106,18 +106,14 @@ TEST_P(UploadCommandWithName, PassesItOnAsItStands) {
     EXPECT_THAT(board->files(), ElementsAre(Pair(GetParam().name, Bytes{0x48, 0x69, 0x21})));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Entered, UploadCommandWithName,
-    testing::Values(Entered{"Cleared", ""}, Entered{"Another", "b"}, Entered{"OneBlank", " "},
-                    Entered{"BlanksAround", "  a.bin \t"}, Entered{"WithFolders", "/x/../y\\z"},
-                    Entered{"NotAscii", "gr\xC3\xBC\xC3\x9F \xE2\x82\xAC"},
-                    Entered{"FormatSigns", "%s%n&"}, Entered{"Long", std::string(2046, 'n')}),
-    [](const auto& test) { return test.param.what; });
-
-TEST_F(UploadCommand, CutsANameThatIsLongerThanTheFrame) {
-    upload(makeFile("a.bin"), wxString('n', 5000));
-    EXPECT_THAT(board->files(), ElementsAre(Pair(std::string(2046, 'n'), Bytes{0x48, 0x69, 0x21})));
-}
+INSTANTIATE_TEST_SUITE_P(Entered, UploadCommandWithName,
+                         testing::Values(Entered{"Cleared", ""},
+                                         Entered{"BlanksAround", "  a.bin \t"},
+                                         Entered{"WithFolders", "/x/../y\\z"},
+                                         Entered{"NotAscii", "gr\xC3\xBC\xC3\x9F \xE2\x82\xAC"},
+                                         Entered{"FormatSigns", "%s%n&"},
+                                         Entered{"Long", std::string(2046, 'n')}),
+                         [](const auto& test) { return test.param.what; });
 
 class UploadCommandOf : public UploadCommand, public testing::WithParamInterface<std::string> {};
 
@@ -132,47 +128,6 @@ TEST_P(UploadCommandOf, ProposesTheBareFileName) {
 INSTANTIATE_TEST_SUITE_P(Name, UploadCommandOf,
                          testing::Values("noextension", ".hidden", "two.dots.tar", "with blank.x",
                                          "trailing.", "gr\xC3\xBC\xC3\x9F\xE2\x82\xAC.bin"));
-
-struct Size {
-    std::size_t size;
-    std::size_t dataFrames;
-};
-
-class UploadCommandOfSize : public UploadCommand, public testing::WithParamInterface<Size> {};
-
-TEST_P(UploadCommandOfSize, ArrivesByteForByte) {
-    const Bytes content = support::pattern(GetParam().size);
-    upload(makeFile("a.bin", content), "a.bin");
-    EXPECT_EQ(board->files().at("a.bin"), content);
-    EXPECT_EQ(sentFrames().size(), GetParam().dataFrames + 2);
-}
-
-INSTANTIATE_TEST_SUITE_P(Sample, UploadCommandOfSize,
-                         testing::Values(Size{0, 1}, Size{1, 1}, Size{511, 1}, Size{512, 2},
-                                         Size{513, 2}, Size{1000, 2}, Size{1024, 3}),
-                         [](const auto& test) {
-                             return "Of" + std::to_string(test.param.size) + "Bytes";
-                         });
-
-struct Refusal {
-    int frame;
-    const char* message;
-};
-
-class RefusedUploadCommand : public UploadCommand, public testing::WithParamInterface<Refusal> {};
-
-TEST_P(RefusedUploadCommand, EndsWithTheMessageOfItsPhase) {
-    board->refuseUploadFrame(GetParam().frame);
-    upload(makeFile("a.bin"), "a.bin", GetParam().message);
-    EXPECT_EQ(sentFrames().size(), static_cast<std::size_t>(GetParam().frame));
-    EXPECT_THAT(board->files(), IsEmpty());
-}
-
-INSTANTIATE_TEST_SUITE_P(At, RefusedUploadCommand,
-                         testing::Values(Refusal{1, "File Open Error"},
-                                         Refusal{2, "File Transfer Error"},
-                                         Refusal{3, "File Close Error"}),
-                         [](const auto& test) { return std::to_string(test.param.frame); });
 
 TEST_F(UploadCommand, WithoutControllerAsksForFileAndNameAndSaysNothing) {
     bus.unplug(0);
