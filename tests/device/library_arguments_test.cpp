@@ -1,6 +1,9 @@
-// Arguments that the log of the simulated bus leaves out. The linker sends these three calls
-// through here (--wrap) before they reach the bus.
+// Arguments that the log of the simulated bus leaves out, and a name as the bus never gives one.
+// The linker sends these calls through here (--wrap) before they reach the bus.
 
+#include <algorithm>
+
+#include "device/connection.h"
 #include "tests/support/device_link.h"
 
 namespace {
@@ -14,6 +17,9 @@ struct Arguments {
     int unreference;
 } seen;
 
+/// The next name fills the buffer to its last byte, without a terminating zero.
+bool fillName = false;
+
 }  // namespace
 
 // NOLINTBEGIN(bugprone-reserved-identifier): the linker gives these names.
@@ -21,10 +27,14 @@ extern "C" {
 int __real_libusb_init(libusb_context** context);
 ssize_t __real_libusb_get_device_list(libusb_context* context, libusb_device*** list);
 void __real_libusb_free_device_list(libusb_device** list, int unreference);
+int __real_libusb_get_string_descriptor_ascii(libusb_device_handle* handle, std::uint8_t index,
+                                              unsigned char* data, int length);
 
 int __wrap_libusb_init(libusb_context** context);
 ssize_t __wrap_libusb_get_device_list(libusb_context* context, libusb_device*** list);
 void __wrap_libusb_free_device_list(libusb_device** list, int unreference);
+int __wrap_libusb_get_string_descriptor_ascii(libusb_device_handle* handle, std::uint8_t index,
+                                              unsigned char* data, int length);
 
 int __wrap_libusb_init(libusb_context** context) {
     seen.initialised = context;
@@ -41,6 +51,16 @@ void __wrap_libusb_free_device_list(libusb_device** list, int unreference) {
     seen.freed = list;
     seen.unreference = unreference;
     __real_libusb_free_device_list(list, unreference);
+}
+
+int __wrap_libusb_get_string_descriptor_ascii(libusb_device_handle* handle, std::uint8_t index,
+                                              unsigned char* data, int length) {
+    if (!fillName) {
+        return __real_libusb_get_string_descriptor_ascii(handle, index, data, length);
+    }
+    fillName = false;
+    std::fill(data, data + length, 'L');
+    return length;
 }
 }
 // NOLINTEND(bugprone-reserved-identifier)
@@ -68,6 +88,12 @@ TEST_F(LibraryArguments, FreeThatListAndUnreferenceItsDevices) {
     EXPECT_NE(seen.freed, nullptr);
     EXPECT_EQ(seen.freed, devs);
     EXPECT_EQ(seen.unreference, 1);
+}
+
+/// Under the address sanitizer, reading on behind it would be an error, too.
+TEST_F(LibraryArguments, OfANameThatFillsItsBufferEndThere) {
+    fillName = true;
+    EXPECT_EQ(connection::readProduct(MyLibusbDeviceHandle, desc).name, std::string(256, 'L'));
 }
 
 }  // namespace

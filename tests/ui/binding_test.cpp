@@ -133,6 +133,24 @@ TEST_F(Binding, KeepsTheNumberOfColourButtonsThatTheLastModeLeft) {
     EXPECT_THAT(support::shownColours(window()), ElementsAre(0, 3, 7, 11, 15));
 }
 
+/// Counts the repaints of the whole window.
+class Repainted : public MainFrame {
+public:
+    Repainted() : MainFrame(nullptr) { repaints = 0; }
+    void Refresh(bool eraseBackground, const wxRect* rect) override {
+        repaints += rect == nullptr ? 1 : 0;
+        MainFrame::Refresh(eraseBackground, rect);
+    }
+    int repaints = 0;
+};
+
+TEST_F(Binding, RepaintsTheWholeWindow) {
+    auto* const frame = new Repainted;
+    frame->setConfig(config);
+    EXPECT_EQ(frame->repaints, 1);
+    frame->Destroy();
+}
+
 TEST_F(Binding, DoesNotTouchTheDumpCheckBox) {
     for (const bool checked : {true, false}) {
         the(&Members::dump_CheckBox).SetValue(checked);

@@ -1,12 +1,16 @@
 // A capture on the simulated bus: the calls it makes and the files it writes.
 
 #include <libusb.h>
+#include <wx/event.h>
 #include <wx/time.h>
 
+#include <algorithm>
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
+#include <fstream>
+#include <limits>
 #include <set>
 
 #include "tests/device/capture/capture_link.h"
@@ -287,6 +291,60 @@ TEST_F(ReceiveDump, EmptyFolderNameDoesNotWriteIntoTheRoot) {
     EXPECT_EQ(inTheRoot(), before);
     expectReleased();
 }
+
+/// Write calls of this process so far, as the kernel counts them.
+long writeCalls() {
+    std::ifstream counts("/proc/self/io");
+    std::string name;
+    long count = 0;
+    while (counts >> name >> count && name != "syscw:") {
+    }
+    return count;
+}
+
+/// What a program that is killed meanwhile leaves of a frame is all of it or nothing.
+TEST_F(ReceiveDump, FrameIsWrittenInOneWriteAFile) {
+    plug(1);
+    std::vector<long> writes;
+    long before = 0;
+    rounds.onRead([&](int frame) {
+        const bool comes = frame % 2 == 0;
+        writes.push_back(writeCalls() - before);
+        if (!comes) {
+            failTransfer(0x81, LIBUSB_ERROR_TIMEOUT);
+        }
+        before = writeCalls();
+    });
+    run(1, 21);
+    // By the frame before: the first is the start. The window's events may write, too.
+    long withFrame = std::numeric_limits<long>::max();
+    long withoutFrame = withFrame;
+    for (std::size_t i = 1; i < writes.size(); ++i) {
+        long& least = i % 2 == 0 ? withFrame : withoutFrame;
+        least = std::min(least, writes[i]);
+    }
+    EXPECT_EQ(withFrame - withoutFrame, 2);
+}
+
+class EventModes : public CaptureLink,
+                   public testing::WithParamInterface<std::pair<wxIdleMode, wxUpdateUIMode>> {};
+
+TEST_P(EventModes, AreAfterACaptureAsTheyWereBefore) {
+    const auto before = std::pair(wxIdleEvent::GetMode(), wxUpdateUIEvent::GetMode());
+    plug(1);
+    wxIdleEvent::SetMode(GetParam().first);
+    wxUpdateUIEvent::SetMode(GetParam().second);
+    run(1, 1);
+    EXPECT_EQ(wxIdleEvent::GetMode(), GetParam().first);
+    EXPECT_EQ(wxUpdateUIEvent::GetMode(), GetParam().second);
+    wxIdleEvent::SetMode(before.first);
+    wxUpdateUIEvent::SetMode(before.second);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Each, EventModes,
+    testing::Values(std::pair(wxIDLE_PROCESS_ALL, wxUPDATE_UI_PROCESS_SPECIFIED),
+                    std::pair(wxIDLE_PROCESS_SPECIFIED, wxUPDATE_UI_PROCESS_ALL)));
 
 TEST_F(ReceiveDump, FolderWithLettersBeyondAsciiGetsTheFiles) {
     const std::string before = std::setlocale(LC_CTYPE, nullptr);
