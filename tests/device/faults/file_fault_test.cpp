@@ -12,7 +12,7 @@
 #include "tests/device/upload/upload_fixture.h"
 #include "tests/support/odd_files.h"
 #include "tests/support/toolkit.h"
-#include "tests/ui/keeping/keeping_fixture.h"
+#include "tests/ui/storage/storage_fixture.h"
 #include "ui/palette.h"
 
 namespace {
@@ -203,7 +203,7 @@ TEST_F(CaptureIntoAFolder, ThatIsReadOnlyCostsTheFilesOnly) {
     expectReleased();
 }
 
-class SavingOnADisk : public Keeping {
+class SavingOnADisk : public Storage {
 protected:
     void SetUp() override {
         if (!disk.why().empty()) {

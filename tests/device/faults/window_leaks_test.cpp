@@ -8,7 +8,7 @@
 #include "tests/support/capture_rounds.h"
 #include "tests/support/message_box.h"
 #include "tests/support/toolkit.h"
-#include "tests/ui/keeping/keeping_fixture.h"
+#include "tests/ui/storage/storage_fixture.h"
 
 namespace {
 
@@ -17,9 +17,9 @@ using std::filesystem::path;
 using support::Members;
 
 /// The open window, hidden; its commands, and the dialogs that they bring.
-class Window : public Keeping {
+class Window : public Storage {
 public:
-    void choose(wxMenuItem* MainFrameBaseClass::*item) { Keeping::choose(item); }
+    void choose(wxMenuItem* MainFrameBaseClass::*item) { Storage::choose(item); }
     template <class Control>
     void send(Control* MainFrameBaseClass::*member, wxEventType type, int value) {
         support::send(the(member), type, value);

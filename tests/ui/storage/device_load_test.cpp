@@ -7,7 +7,7 @@
 
 #include "device/interfaceUSB.h"
 #include "tests/support/bus_log.h"
-#include "tests/ui/keeping/device_menu.h"
+#include "tests/ui/storage/device_menu.h"
 #include "ui/palette.h"
 
 namespace {

@@ -1,6 +1,6 @@
 // The menu "Device", except for "Load Config" and "Upload File".
 
-#include "tests/ui/keeping/device_menu.h"
+#include "tests/ui/storage/device_menu.h"
 #include "device/interfaceUSB.h"
 #include "tests/support/bus_log.h"
 #include "tests/support/toolkit.h"

@@ -8,7 +8,7 @@
 #include "tests/support/message_box.h"
 #include "tests/support/odd_files.h"
 #include "tests/support/toolkit.h"
-#include "tests/ui/keeping/keeping_fixture.h"
+#include "tests/ui/storage/storage_fixture.h"
 
 namespace {
 
@@ -21,7 +21,7 @@ using testing::Pair;
 
 constexpr const char* Success = "File Upload Successful !";
 
-class UploadCommand : public Keeping {
+class UploadCommand : public Storage {
 protected:
     UploadCommand() {
         openWithSomeSettings();

@@ -9,7 +9,7 @@
 #include "tests/support/odd_files.h"
 #include "tests/support/page_examples.h"
 #include "tests/support/toolkit.h"
-#include "tests/ui/keeping/keeping_fixture.h"
+#include "tests/ui/storage/storage_fixture.h"
 #include "ui/palette.h"
 
 namespace {
@@ -35,7 +35,7 @@ Bytes fileOf(const Bytes& header, const PaletteBytes& colours) {
 
 const Bytes Header = {0x01, 0x00, 0x01, 0x00, 0x00, 0x00, 0x10, 0x01};
 
-class PaletteFile : public Keeping {
+class PaletteFile : public Storage {
 protected:
     PaletteFile() { openWithSomeSettings(); }
 

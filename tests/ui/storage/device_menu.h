@@ -1,13 +1,13 @@
-#ifndef LUMADOT_TESTS_UI_KEEPING_DEVICE_MENU_H
-#define LUMADOT_TESTS_UI_KEEPING_DEVICE_MENU_H
+#ifndef LUMADOT_TESTS_UI_STORAGE_DEVICE_MENU_H
+#define LUMADOT_TESTS_UI_STORAGE_DEVICE_MENU_H
 
 #include <chrono>
 
-#include "tests/ui/keeping/keeping_fixture.h"
+#include "tests/ui/storage/storage_fixture.h"
 
 inline constexpr const char* Unsupported = "Firmware version not supported ! Please upgrade !";
 
-class DeviceMenu : public Keeping {
+class DeviceMenu : public Storage {
 protected:
     /// When the nth frame (0 = the first) was sent.
     std::chrono::steady_clock::time_point sentAt(std::size_t nth) {

@@ -12,7 +12,7 @@
 #include "tests/support/odd_files.h"
 #include "tests/support/temporary_folder.h"
 #include "tests/support/toolkit.h"
-#include "tests/ui/keeping/user.h"
+#include "tests/ui/storage/user.h"
 #include "ui/MainFrame.h"
 #include "ui/palette.h"
 

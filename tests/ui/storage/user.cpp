@@ -1,4 +1,4 @@
-#include "tests/ui/keeping/user.h"
+#include "tests/ui/storage/user.h"
 
 #include <gtest/gtest.h>
 #include <wx/dialog.h>

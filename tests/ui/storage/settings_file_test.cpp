@@ -10,7 +10,7 @@
 #include "tests/support/odd_files.h"
 #include "tests/support/page_examples.h"
 #include "tests/support/toolkit.h"
-#include "tests/ui/keeping/keeping_fixture.h"
+#include "tests/ui/storage/storage_fixture.h"
 #include "ui/palette.h"
 
 namespace {
@@ -39,7 +39,7 @@ long largestMemoryInKib() {
     return usage.ru_maxrss;
 }
 
-class SettingsFile : public Keeping {
+class SettingsFile : public Storage {
 protected:
     SettingsFile() { openWithSomeSettings(); }
 

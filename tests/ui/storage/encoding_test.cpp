@@ -6,7 +6,7 @@
 
 #include "device/interfaceUSB.h"
 #include "tests/support/message_box.h"
-#include "tests/ui/keeping/keeping_fixture.h"
+#include "tests/ui/storage/storage_fixture.h"
 #include "ui/palette.h"
 
 namespace {
@@ -15,7 +15,7 @@ using std::filesystem::path;
 using support::Members;
 
 /// Each command's file dialog, in which a path was chosen whose every part is not ASCII.
-class FileNamedInUtf8 : public Keeping {
+class FileNamedInUtf8 : public Storage {
 protected:
     FileNamedInUtf8() {
         openWithSomeSettings();

@@ -1,5 +1,5 @@
-#ifndef LUMADOT_TESTS_UI_KEEPING_KEEPING_FIXTURE_H
-#define LUMADOT_TESTS_UI_KEEPING_KEEPING_FIXTURE_H
+#ifndef LUMADOT_TESTS_UI_STORAGE_STORAGE_FIXTURE_H
+#define LUMADOT_TESTS_UI_STORAGE_STORAGE_FIXTURE_H
 
 #include <array>
 #include <cstdint>
@@ -32,10 +32,10 @@ inline constexpr PaletteBytes Cyan = {
     0xAA, 0x00, 0xBB, 0xBB, 0x00, 0xCC, 0xCC, 0x00, 0xDD, 0xDD, 0x00, 0xEE, 0xEE, 0x00, 0xFF, 0xFF};
 
 /// A test of a menu item of the open window, with a folder for files, in a UTF-8 locale.
-class Keeping : public support::WindowTest {
+class Storage : public support::WindowTest {
 protected:
-    Keeping();
-    ~Keeping() override;
+    Storage();
+    ~Storage() override;
 
     /// Makes the window as it is with `SomeRecord` and `SomePalette`, both shown, no controller.
     void openWithSomeSettings();

@@ -1,4 +1,4 @@
-#include "tests/ui/keeping/keeping_fixture.h"
+#include "tests/ui/storage/storage_fixture.h"
 
 #include <bit>
 #include <clocale>
@@ -10,11 +10,11 @@
 
 using support::Members;
 
-Keeping::Keeping() { std::setlocale(LC_CTYPE, "C.UTF-8"); }
+Storage::Storage() { std::setlocale(LC_CTYPE, "C.UTF-8"); }
 
-Keeping::~Keeping() { std::setlocale(LC_CTYPE, "C"); }
+Storage::~Storage() { std::setlocale(LC_CTYPE, "C"); }
 
-void Keeping::openWithSomeSettings() {
+void Storage::openWithSomeSettings() {
     open();
     setConfig(SomeRecord);
     window().setConfig(config);
@@ -22,13 +22,13 @@ void Keeping::openWithSomeSettings() {
     window().setPal(palette.data());
 }
 
-void Keeping::setConfig(const RecordBytes& bytes) {
+void Storage::setConfig(const RecordBytes& bytes) {
     config = std::bit_cast<configDescriptor>(bytes);
 }
 
-RecordBytes Keeping::configBytes() { return std::bit_cast<RecordBytes>(config); }
+RecordBytes Storage::configBytes() { return std::bit_cast<RecordBytes>(config); }
 
-std::string Keeping::controls() {
+std::string Storage::controls() {
     std::ostringstream text;
     text << "modes checked:";
     for (const int mode : support::checkedModes(window())) {
@@ -48,13 +48,13 @@ std::string Keeping::controls() {
     return text.str();
 }
 
-std::string Keeping::everything() {
+std::string Storage::everything() {
     return controls() + "config: " + support::byteText(configBytes()) +
            "\npalette: " + support::byteText(palette) + "\nversion: " + versionString +
            "\nid: " + UIDString + "\n";
 }
 
-void Keeping::expectNothingChanges(const std::function<void()>& command) {
+void Storage::expectNothingChanges(const std::function<void()>& command) {
     bus.clearCalls();
     const std::string before = everything();
     command();
