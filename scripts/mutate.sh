@@ -11,7 +11,11 @@ list=build/mutate/tree/tests/mutations.txt # The copy, which nobody edits meanwh
 first=${1:-1}
 last=${2:-9999}
 tree=build/mutate/tree
-build=build/mutate/build
+
+# build_of PROGRAM: the folder that it is built in; with the sanitizers if it stands behind asan/.
+build_of() {
+  if [[ $1 == asan/* ]]; then echo build/mutate/asan; else echo build/mutate/build; fi
+}
 
 copy_tree() {
   rm -rf "$tree"
@@ -30,21 +34,25 @@ replace() {
 
 limit=300 # seconds for a test program
 
+# build PROGRAM
+build() {
+  cmake --build "$(build_of "$1")" --target "${1#asan/}" >build/mutate/build.log 2>&1
+}
+
 # passes PROGRAM: runs it as it was built last. 124: it took too long.
 passes() {
   local path
-  path=$(find "$build" -type f -name "$1" -perm -u+x | head -n 1)
+  path=$(find "$(build_of "$1")" -type f -name "${1#asan/}" -perm -u+x | head -n 1)
   [[ -n $path ]] || { echo "no test program $1" >&2 && exit 1; }
-  (cd "$tree" && GTEST_FAIL_FAST=1 LC_ALL=C.UTF-8 timeout "$limit" "../../../$path") >build/mutate/test.log 2>&1
+  (cd "$tree" && GTEST_FAIL_FAST=1 LC_ALL=C.UTF-8 LSAN_OPTIONS=suppressions=tests/support/leaks.supp \
+    timeout "$limit" "../../../$path") >build/mutate/test.log 2>&1
 }
 
 # caught_by PROGRAM...: the first that fails.
 caught_by() {
   local program result
   for program in "$@"; do
-    if ! cmake --build "$build" --target "$program" >build/mutate/build.log 2>&1; then
-      return 1
-    fi
+    build "$program" || return 1
     result=0
     passes "$program" || result=$?
     case $result in
@@ -65,7 +73,8 @@ chosen() {
 check_programs() {
   local program
   for program in $(chosen | cut -f 3 | tr ' ' '\n' | sort -u); do
-    passes "$program" || { echo "$program fails as it is" && exit 1; }
+    build "$program" || { echo "$program does not build; see build/mutate/build.log" && exit 1; }
+    passes "$program" || { echo "$program fails as it is; see build/mutate/test.log" && exit 1; }
   done
 }
 
@@ -97,8 +106,10 @@ run_all() {
 if [[ ${LUMADOT_ON_DISPLAY:-} != yes ]]; then
   need_packages "${BUILD_PACKAGES[@]}" "${TEST_PACKAGES[@]}"
   copy_tree
-  cmake -S "$tree" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG=-O0 >/dev/null
-  cmake --build "$build" >build/mutate/build.log
+  cmake -S "$tree" -B "$(build_of plain)" -G Ninja -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG=-O0 >/dev/null
+  if chosen | cut -f 3 | grep -q asan/; then
+    cmake -S "$tree" -B "$(build_of asan/)" -G Ninja -DCMAKE_BUILD_TYPE=Debug -DLUMADOT_SANITIZE=ON >/dev/null
+  fi
   LUMADOT_ON_DISPLAY=yes exec scripts/on_display.sh "$0" "$@"
 fi
 check_programs

@@ -14,6 +14,9 @@
 
 int main(int argc, char** argv) {
     testing::InitGoogleMock(&argc, argv);
+    if (GTEST_FLAG_GET(list_tests)) {
+        return RUN_ALL_TESTS();  // Takes no display.
+    }
     // The window's geometry is kept in the home folder; every run starts with an empty one.
     const support::TemporaryFolder home;
     setenv("HOME", home.path().c_str(), 1);

@@ -10,6 +10,9 @@
 
 int main(int argc, char** argv) {
     testing::InitGoogleMock(&argc, argv);
+    if (GTEST_FLAG_GET(list_tests)) {
+        return RUN_ALL_TESTS();  // Takes no display.
+    }
     wxApp::SetInstance(new wxApp);  // The toolkit deletes it.
     if (!wxEntryStart(argc, argv)) {
         std::cerr << "error: the toolkit cannot start; is there a display?\n";
