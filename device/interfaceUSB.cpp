@@ -168,9 +168,7 @@ void USBClass::getUniqueId(char* uid) {
     int received = 0;
     sendFrame(CommandFrame(Command::ReadUniqueId));
     if (connection::receive(MyLibusbDeviceHandle, reply, wire::Timeout, &received) == 0) {
-        const auto length = std::clamp(received, 0, static_cast<int>(reply.size()));
-        const auto id = unique_id::text(std::span(reply).first(static_cast<std::size_t>(length)));
-        std::fill(std::ranges::copy(id, uid).out, uid + unique_id::TextSize, '\0');
+        unique_id::applyReply(reply, received, uid);
     }
     release();
 }

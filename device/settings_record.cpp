@@ -29,6 +29,13 @@ configDescriptor fromBytes(std::span<const std::uint8_t, RecordSize> bytes) {
     return record;
 }
 
+std::optional<configDescriptor> fromFile(std::span<const std::uint8_t> head) {
+    if (head.size() != RecordSize) {
+        return std::nullopt;
+    }
+    return fromBytes(head.first<RecordSize>());
+}
+
 void applyReply(const Reply& reply, configDescriptor& record, char* version) {
     if (reply[LayoutMark] == NewerLayout) {
         std::memcpy(version, &reply[VersionText], VersionLength);

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <type_traits>
 
@@ -66,6 +67,13 @@ using Reply = std::array<std::uint8_t, 64>;
 
 std::array<std::uint8_t, RecordSize> bytesOf(const configDescriptor& record);
 configDescriptor fromBytes(std::span<const std::uint8_t, RecordSize> bytes);
+
+/// As many bytes of a settings file tell whether it is one: one more than a record is too many.
+inline constexpr std::size_t FileHead = RecordSize + 1;
+
+/// The record in a settings file, given by its first bytes (FileHead are enough). Nothing unless
+/// there are 23; the values are not checked.
+std::optional<configDescriptor> fromFile(std::span<const std::uint8_t> head);
 
 /// Takes over what a settings reply holds. Two layouts exist, told apart by byte 4:
 ///

@@ -23,6 +23,14 @@ inline std::string_view text(std::span<const std::uint8_t> reply) {
             static_cast<std::size_t>(end - reply.begin())};
 }
 
+/// Takes over what a reply tells of which `received` bytes arrived: `uid` (TextSize characters)
+/// then holds the id and zeros. A count that cannot be is taken for the nearest that can.
+inline void applyReply(std::span<const std::uint8_t, ReplyLength> reply, int received, char* uid) {
+    const auto length = std::clamp(received, 0, static_cast<int>(reply.size()));
+    const auto id = text(reply.first(static_cast<std::size_t>(length)));
+    std::fill(std::ranges::copy(id, uid).out, uid + TextSize, '\0');
+}
+
 /// Boards whose id starts with one of these letters drive the 192 x 64 display.
 constexpr bool isLargeBoard(char first) {
     return std::string_view("XSG").find(first) != std::string_view::npos;

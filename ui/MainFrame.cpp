@@ -12,7 +12,6 @@
 #include <cstdio>
 #include <memory>
 #include <optional>
-#include <span>
 #include <string>
 #include <utility>
 
@@ -142,16 +141,15 @@ void MainFrame::OnLoad_configMenuSelected(wxCommandEvent&) {
         wxMessageBox(FileError);
         return;
     }
-    // One byte more than a record is enough to tell that a file is too long.
-    file::Head head = file::readHead(stream.get(), settings::RecordSize + 1);
-    if (head.size != settings::RecordSize) {
+    file::Head head = file::readHead(stream.get(), settings::FileHead);
+    const auto record = settings::fromFile({head.bytes.get(), head.size});
+    if (!record) {
         wxMessageBox(FileError);
         static_cast<void>(head.bytes.release());  // The buffer stays allocated and the file open,
         static_cast<void>(stream.release());      // on purpose.
         return;
     }
-    config = settings::fromBytes(std::span<const std::uint8_t, settings::RecordSize>(
-        head.bytes.get(), settings::RecordSize));
+    config = *record;
     setConfig(config);
 }
 
