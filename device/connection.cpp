@@ -16,6 +16,20 @@ int transfer(libusb_device_handle* handle, std::uint8_t endpoint, unsigned char*
                                 timeout);
 }
 
+/// Room for the longest product string and its terminating zero.
+using Name = std::array<char, 257>;
+
+/// The library's result; a name has been read if it is positive.
+int readName(libusb_device_handle* handle, const libusb_device_descriptor& descriptor, Name& name) {
+    return libusb_get_string_descriptor_ascii(handle, descriptor.iProduct,
+                                              reinterpret_cast<unsigned char*>(name.data()),
+                                              static_cast<int>(name.size()) - 1);
+}
+
+int variantOf(int result, const Name& name) {
+    return result > 0 ? variant::named(name.data()) : result;
+}
+
 /// Opens the first controller in the order of enumeration.
 void openFirst(Place& place, Opened& opened) {
     place.list = nullptr;  // A failed enumeration leaves it alone, and the old list is gone.
@@ -36,11 +50,9 @@ bool isController(const libusb_device_descriptor& descriptor) {
 }
 
 Product readProduct(libusb_device_handle* handle, const libusb_device_descriptor& descriptor) {
-    constexpr int Length = 256;
-    std::array<char, Length + 1> text{};
-    const int result = libusb_get_string_descriptor_ascii(
-        handle, descriptor.iProduct, reinterpret_cast<unsigned char*>(text.data()), Length);
-    return result > 0 ? Product{variant::named(text.data()), text.data()} : Product{result, {}};
+    Name name{};
+    const int result = readName(handle, descriptor, name);
+    return {variantOf(result, name), result > 0 ? name.data() : ""};
 }
 
 int claim(libusb_device_handle* handle) { return libusb_claim_interface(handle, wire::Interface); }
@@ -72,7 +84,8 @@ Opened open(Place place) {
     if (place.handle == nullptr) {
         return opened;
     }
-    const int found = readProduct(place.handle, place.descriptor).variant;
+    Name name{};  // No string: nothing here takes memory, so nothing is left open for want of it.
+    const int found = variantOf(readName(place.handle, place.descriptor, name), name);
     opened.product = found;
     libusb_free_device_list(place.list, 1);
     opened.claimed = claim(place.handle);

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <exception>
 #include <memory>
 #include <new>
 #include <span>
@@ -98,14 +99,54 @@ private:
     wxUpdateUIMode update_ = wxUpdateUIEvent::GetMode();
 };
 
-/// Handles pending window events. Returns whether there is a connection after that: if there was
-/// one, an event's operation may have taken it over.
-bool yieldConnection(bool connected) {
-    lending = {.yielding = true, .lent = connected};
+/// An operation's hold on the open controller. Each operation says itself how it ends; an exception
+/// (there is no memory) that passes through it gives the controller back, or nobody could open it
+/// again before the program ends.
+class Hold {
+public:
+    Hold() = default;
+    ~Hold() {
+        if (open && std::uncaught_exceptions() > exceptionsBefore_) {
+            usb.release();
+        }
+    }
+    Hold(const Hold&) = delete;
+    Hold& operator=(const Hold&) = delete;
+
+    void giveBack() {
+        open = false;
+        usb.release();
+    }
+
+    bool open = true;
+
+private:
+    int exceptionsBefore_ = std::uncaught_exceptions();
+};
+
+/// While it lives, the connection of a capture, if it has one, is lent to whom the window events
+/// start; after that `connected` tells whether nobody has taken it over.
+class Loan {
+public:
+    explicit Loan(bool& connected) : connected_(connected) {
+        lending = {.yielding = true, .lent = connected};
+    }
+    ~Loan() {
+        connected_ = lending.lent;
+        lending = {};
+    }
+    Loan(const Loan&) = delete;
+    Loan& operator=(const Loan&) = delete;
+
+private:
+    bool& connected_;
+};
+
+/// Handles pending window events. `connected`: whether the capture has a connection, before and
+/// after.
+void handleEvents(bool& connected) {
+    const Loan loan(connected);
     wxYieldIfNeeded();
-    const bool kept = lending.lent;
-    lending = {};
-    return kept;
 }
 
 }  // namespace
@@ -144,6 +185,7 @@ configDescriptor USBClass::getSettings(configDescriptor current, char* version) 
     if (setup() == variant::None) {
         return current;
     }
+    const Hold hold;
     auto request = std::make_unique<CommandFrame>(Command::ReadSettings);
     auto reply = std::make_unique<settings::Reply>();
     sendFrame(*request);
@@ -177,6 +219,7 @@ void USBClass::sendConfig(configDescriptor settings) {
     if (setup() == variant::None) {
         return;
     }
+    const Hold hold;
     const auto frame = std::make_unique<CommandFrame>(frames::settings(settings));
     sendFrame(*frame);
     release();
@@ -208,6 +251,7 @@ void USBClass::uploadFile(const char* localPath, const char* destinationName) {
     if (setup() == variant::None) {
         return;
     }
+    Hold hold;
     const bool waits = file::wouldWait(localPath, "rb");
     file::Stream stream = file::open(localPath, "rb");
     if (!stream && !waits) {
@@ -220,7 +264,7 @@ void USBClass::uploadFile(const char* localPath, const char* destinationName) {
     const auto size = fits ? static_cast<std::size_t>(length) : 0;
     std::unique_ptr<std::uint8_t[]> content(new (std::nothrow) std::uint8_t[size]);
     if (!fits || !content) {
-        release();
+        hold.giveBack();
         wxMessageBox(FileError);
         return;
     }
@@ -248,7 +292,7 @@ void USBClass::uploadFile(const char* localPath, const char* destinationName) {
     frame.reset();
     answer.reset();
     stream.reset();
-    release();
+    hold.giveBack();
     wxMessageBox(messageOf(outcome));
 }
 
@@ -261,19 +305,19 @@ void USBClass::receiveDump(unsigned char mode, wxString directory) {
     if (found == variant::None) {
         return;
     }
+    Hold hold;
     dump::Capture capture(info, found == variant::Xl, start);
     const NoIdleEvents quiet;
-    bool connected = true;
     do {
-        if (connected) {
+        if (hold.open) {
             takeFrame(capture, files);
         }
-        connected = yieldConnection(connected);
-        if (!connected && dump_running) {
-            connected = reconnect();
+        handleEvents(hold.open);
+        if (!hold.open && dump_running) {
+            hold.open = reconnect();
         }
     } while (dump_running);
-    if (connected) {
+    if (hold.open) {
         release();
     }
 }

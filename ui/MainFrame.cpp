@@ -192,8 +192,9 @@ void MainFrame::OnSave_paletteMenuSelected(wxCommandEvent&) {
     if (dialog.ShowModal() == wxID_CANCEL) {
         return;
     }
-    const file::Stream stream = file::open(narrow(dialog.GetPath()).c_str(), "wb");
+    // Before the file is opened, which empties it: what takes memory must not come after that.
     auto bytes = std::make_unique<palette_file::Bytes>(palette_file::encode(palette));
+    const file::Stream stream = file::open(narrow(dialog.GetPath()).c_str(), "wb");
     if (!stream) {
         wxMessageBox(FileError);
         static_cast<void>(bytes.release());  // Stays allocated on purpose.
