@@ -6,8 +6,8 @@
 /// The application object: makes the one window and shows it.
 class MainApp : public wxApp {
 public:
-    /// False, which ends the program, when the window cannot be shown. The base class's own start
-    /// is left out on purpose: command-line arguments are accepted and ignored.
+    /// False, which ends the program, when the window cannot be shown. The base class's own start,
+    /// which reads the command line, is left out: arguments are accepted and ignored.
     bool OnInit() override;
 };
 

@@ -57,9 +57,9 @@ struct Opened {
 /// Initialises the library's default context once more (a failure matters only as long as it has
 /// never succeeded: there is no controller then), enumerates the bus, opens the first
 /// controller on it (later ones are never considered), reads its product string and claims
-/// interface 0. A handle that the caller has left in its place is used when no controller could be
-/// opened: this is meant. Without a handle the list stays allocated, and a controller that cannot
-/// be claimed is closed without clearing the handle: both are meant, too.
+/// interface 0. Kept for compatibility: a handle that the caller has left in its place is used when
+/// no controller could be opened, without a handle the list stays allocated, and a controller that
+/// cannot be claimed is closed without clearing the handle.
 Opened open(Place place);
 
 }  // namespace connection

@@ -75,7 +75,8 @@ private:
 };
 
 /// Start of a raw dump: "RAW", 00, 01, width 128, height 32, planes per frame. An XL controller's
-/// dump has the same header and the table's number of planes: this is meant.
+/// dump has the same header and the mode's number of planes, so that who reads raw dumps finds the
+/// frames' length in each of them.
 std::array<std::uint8_t, 8> rawHeader(std::uint8_t planes);
 
 /// One frame of a raw dump: the time stamp, least significant byte first, then `planes` x 512 bytes

@@ -13,7 +13,7 @@ constexpr DotRule FourShades{Weighted, 2, "0123"};
 constexpr DotRule SixteenShades{Weighted, 4, "0123456789abcdef"};
 constexpr DotRule CountOfThree{Count, 3, "0123"};
 
-// Spooky and HomePin ask for no planes and still decode four: this is meant.
+// Kept for compatibility: Spooky and HomePin ask for no planes and still decode four.
 // clang-format off
 constexpr std::array Modes = std::to_array<InputModeInfo>({
     // number  label                  shades   planes raw    dots

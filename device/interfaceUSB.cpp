@@ -38,7 +38,8 @@ constexpr unsigned long ReconnectPause = 100;  // ms between two attempts of a c
 /// The USB library has been initialised at least once.
 bool libraryStarted = false;
 
-/// True while the handle is one that an operation has left open and claimed on purpose.
+/// True while the handle is one that an operation has left open and claimed: a capture that wants
+/// the controller again gives it back first.
 bool leftOpen = false;
 
 /// While a capture lets window events run, an operation that one of them starts takes the
@@ -192,8 +193,9 @@ configDescriptor USBClass::getSettings(configDescriptor current, char* version) 
     if (connection::receive(MyLibusbDeviceHandle, std::span(*reply).first<settings::ReplyLength>(),
                             wire::Timeout) != 0) {
         wxMessageBox("Firmware version not supported ! Please upgrade !", "Error", wxOK);
-        connection::close(MyLibusbDeviceHandle);  // The global handle is not cleared on purpose.
-        static_cast<void>(request.release());     // Both buffers stay allocated on purpose.
+        // Kept for compatibility: the handle is not cleared, and both buffers stay allocated.
+        connection::close(MyLibusbDeviceHandle);
+        static_cast<void>(request.release());
         static_cast<void>(reply.release());
         return current;
     }
@@ -229,7 +231,7 @@ bool USBClass::sendConfigCmd(char command, char argument) {
     auto frame = std::make_unique<CommandFrame>(
         frames::command(static_cast<std::uint8_t>(command), static_cast<std::uint8_t>(argument)));
     if (!sendUSB(frame->data(), CommandFrame::size())) {
-        static_cast<void>(frame.release());  // Stays allocated without a controller, on purpose.
+        static_cast<void>(frame.release());  // Kept for compatibility: it stays allocated.
         return false;
     }
     return true;
@@ -255,7 +257,7 @@ void USBClass::uploadFile(const char* localPath, const char* destinationName) {
     const bool waits = file::wouldWait(localPath, "rb");
     file::Stream stream = file::open(localPath, "rb");
     if (!stream && !waits) {
-        leftOpen = true;  // The controller stays open and claimed on purpose.
+        leftOpen = true;  // Kept for compatibility: the controller stays open and claimed.
         wxMessageBox(FileError);
         return;
     }
@@ -282,7 +284,7 @@ void USBClass::uploadFile(const char* localPath, const char* destinationName) {
                    upload::accepts(answer->front());
         });
     if (outcome != upload::Outcome::Done) {
-        // The buffers stay allocated and the file stays open on purpose.
+        // Kept for compatibility: the buffers stay allocated and the file stays open.
         static_cast<void>(content.release());
         static_cast<void>(frame.release());
         static_cast<void>(answer.release());

@@ -80,7 +80,7 @@ private:
 extern libusb_device** devs;
 /// The open handle. Only `release`, and a capture that looks for its controller again, clear it: a
 /// path that closes without clearing leaves it behind, and the next `setup` that finds no
-/// controller goes on with it. This is meant.
+/// controller goes on with it. Kept for compatibility.
 extern libusb_device_handle* MyLibusbDeviceHandle;
 /// The descriptor of the device that was looked at last.
 extern libusb_device_descriptor desc;

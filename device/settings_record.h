@@ -14,8 +14,8 @@
 /// `deviceParam2` .. `deviceParam20` mean something to the controller only; the tool carries them
 /// unchanged.
 struct configDescriptor {
-    /// Sets bytes 0..9 and 19..22 to the factory settings. Bytes 10..18 are left alone on purpose:
-    /// they are zero in the global `config`, and undefined in a record on the stack.
+    /// Sets bytes 0..9 and 19..22 to the factory settings. Bytes 10..18 have none, and are left as
+    /// they are: zero in the global `config`, and undefined in a record on the stack.
     // cppcheck-suppress uninitMemberVar
     configDescriptor();
 
@@ -52,7 +52,8 @@ namespace settings {
 
 inline constexpr std::size_t RecordSize = sizeof(configDescriptor);
 
-/// What the slider sets and the controller is sent. Not from 0 on, on purpose.
+/// What the slider sets and the controller is sent. Not from 0 on: no setting makes the display
+/// dark.
 inline constexpr int MinBrightness = 10;
 inline constexpr int MaxBrightness = 255;
 

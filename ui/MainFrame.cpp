@@ -71,7 +71,7 @@ void MainFrame::setConfig(configDescriptor /*settings*/) {
     set_pal->SetSelection(config.paletteIndex);
     switchPalette(config.paletteIndex);
     showBoardVariant();
-    // Mode 0 checks nothing, on purpose: the button that was checked stays checked.
+    // Kept for compatibility: mode 0 checks nothing, the button that was checked stays checked.
     if (config.inputMode != 0 && config.inputMode < modeButtons.size()) {
         (this->*modeButtons[config.inputMode])->SetValue(true);
     }
@@ -145,15 +145,17 @@ void MainFrame::OnLoad_configMenuSelected(wxCommandEvent&) {
     const auto record = settings::fromFile({head.bytes.get(), head.size});
     if (!record) {
         wxMessageBox(FileError);
-        static_cast<void>(head.bytes.release());  // The buffer stays allocated and the file open,
-        static_cast<void>(stream.release());      // on purpose.
+        // Kept for compatibility: the buffer stays allocated and the file open.
+        static_cast<void>(head.bytes.release());
+        static_cast<void>(stream.release());
         return;
     }
     config = *record;
     setConfig(config);
 }
 
-/// Says nothing, neither of success nor of failure: unlike the saving of a palette, on purpose.
+/// Kept for compatibility: says nothing, neither of success nor, unlike the saving of a palette, of
+/// failure.
 void MainFrame::OnSave_configMenuSelected(wxCommandEvent&) {
     wxFileDialog dialog(this, _("Save Config file"), "", "", ConfigFiles,
                         wxFD_SAVE | wxFD_OVERWRITE_PROMPT);
@@ -197,7 +199,7 @@ void MainFrame::OnSave_paletteMenuSelected(wxCommandEvent&) {
     const file::Stream stream = file::open(narrow(dialog.GetPath()).c_str(), "wb");
     if (!stream) {
         wxMessageBox(FileError);
-        static_cast<void>(bytes.release());  // Stays allocated on purpose.
+        static_cast<void>(bytes.release());  // Kept for compatibility: they stay allocated.
         return;
     }
     std::fwrite(bytes->data(), 1, bytes->size(), stream.get());
@@ -209,7 +211,7 @@ void MainFrame::OnLoad_DeviceMenuSelected(wxCommandEvent&) {
     wxMessageBox(wxString::Format("Firmware Version: %s\nUnique ID: %s", shown(versionString),
                                   shown(UIDString)),
                  "Configuration Loaded", wxOK | wxCENTRE);
-    setConfig(config);  // After the box has been closed, on purpose.
+    setConfig(config);  // When the box has been closed: until then the window shows the old ones.
 }
 
 void MainFrame::OnSave_DeviceMenuSelected(wxCommandEvent&) {

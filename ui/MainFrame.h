@@ -99,7 +99,8 @@ private:
 };
 
 /// Lets the user pick the colour of palette entry `index` (0..15), stores it and sends the whole
-/// palette. A cancelled dialog stores and sends the colour that the button had: this is meant.
+/// palette. A cancelled dialog stores and sends the colour that the button had: the controller then
+/// has the palette that the window shows.
 void setColour(wxWindow* parent, wxButton* button, int index);
 
 #endif

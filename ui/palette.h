@@ -31,8 +31,8 @@ inline constexpr std::array<std::string_view, Count> Names = {
 
 }  // namespace presets
 
-/// Whether the button of palette entry `entry` is shown for a system with these shades. The four
-/// shades are not evenly spaced, on purpose: 0, 1, 4, 15.
+/// Whether the button of palette entry `entry` is shown for a system with these shades. Kept for
+/// compatibility: the four shades, 0, 1, 4 and 15, are not evenly spaced.
 bool isShown(ShadeSet shades, std::size_t entry);
 
 #endif

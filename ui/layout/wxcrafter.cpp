@@ -131,7 +131,7 @@ void MainFrameBaseClass::buildMenus() {
     load_palette = addItem(file_Menu, _("Load Palette"));
     save_palette = addItem(file_Menu, _("Save Palette"));
 
-    // Three labels of the menu "File" again, on purpose: here they mean the controller.
+    // Three labels of the menu "File" again: here they mean the controller.
     device_Menu = addMenu(m_menuBar, _("Device"));
     load_Device = addItem(device_Menu, _("Load Config"));
     save_Device = addItem(device_Menu, _("Save Config"));
@@ -319,7 +319,7 @@ MainFrameBaseClass::connections() {
         {set_col13, wxEVT_BUTTON, wxCommandEventHandler(Base::OnSet_col13ButtonClicked)},
         {set_col14, wxEVT_BUTTON, wxCommandEventHandler(Base::OnSet_col14ButtonClicked)},
         {set_col15, wxEVT_BUTTON, wxCommandEventHandler(Base::OnSet_col15ButtonClicked)},
-        // Twice, on purpose: while the thumb is dragged, and once more when the change ends.
+        // Twice: the display follows the thumb, and where that comes to rest is sent once more.
         {brightness_Slider, wxEVT_SCROLL_THUMBTRACK,
          wxScrollEventHandler(Base::OnTrack_Brightness)},
         {brightness_Slider, wxEVT_SCROLL_CHANGED, wxScrollEventHandler(Base::OnTrack_Brightness)},
@@ -336,7 +336,7 @@ void MainFrameBaseClass::connectHandlers() {
     }
 }
 
-/// In the order in which they were made, not in reverse: this is meant.
+/// In the order of the list, as they were made: none depends on another.
 void MainFrameBaseClass::disconnectHandlers() {
     for (const Connection& c : connections()) {
         if (c.control != nullptr) {

@@ -27,7 +27,7 @@ public:
                                 const wxString& title = _("LUMADOT Spectra"),
                                 const wxPoint& pos = wxDefaultPosition,
                                 const wxSize& size = wxSize(360, 570),
-                                // The default frame style less wxCLIP_CHILDREN, on purpose.
+                                // Kept for compatibility: the default less wxCLIP_CHILDREN.
                                 long style = wxCAPTION | wxRESIZE_BORDER | wxMAXIMIZE_BOX |
                                              wxMINIMIZE_BOX | wxSYSTEM_MENU | wxCLOSE_BOX);
     ~MainFrameBaseClass() override;
