@@ -75,10 +75,33 @@ void readSettingsExample(Page& page) {
 
 // Palette file
 
+/// The shortest beginning of a palette file that is taken over.
+std::size_t shortestTaken(std::span<const std::uint8_t> file) {
+    std::size_t length = 0;
+    while (length < file.size() && !palette_file::decode(file.first(length))) {
+        ++length;
+    }
+    return length;
+}
+
+/// The first bytes with which a palette file is taken over.
+std::vector<std::uint8_t> firstBytesTaken(palette_file::Bytes file) {
+    std::vector<std::uint8_t> taken;
+    for (int first = 0; first <= 255; ++first) {
+        file[0] = static_cast<std::uint8_t>(first);
+        if (palette_file::decode(file)) {
+            taken.push_back(file[0]);
+        }
+    }
+    return taken;
+}
+
 void readPaletteFile(Page& page) {
     const auto file = palette_file::encode(presets::colours(0));
     const std::size_t header = palette_file::HeaderSize;
     const std::string first = hexByte(file[0]);
+    EXPECT_EQ(shortestTaken(file), palette_file::Size);
+    EXPECT_EQ(hexBytes(firstBytesTaken(file)), first);
     page.expect(text(palette_file::Size, " bytes."));
     page.expect(Table{
         "byte | content | when loaded",
