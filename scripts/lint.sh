@@ -9,38 +9,44 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 # files PATTERN... : tracked and new files, ended by zero bytes.
 files() {
-    git ls-files -z --cached --others --exclude-standard -- "$@"
+  git ls-files -z --cached --others --exclude-standard -- "$@"
 }
 
 check_format() {
-    files '*.cpp' '*.h' | xargs -0 -r clang-format --dry-run -Werror
+  files '*.cpp' '*.h' | xargs -0 -r clang-format --dry-run -Werror
+}
+
+check_layers() {
+  scripts/check_layers.sh
 }
 
 # clang-tidy reads the compiler flags from the build folder; nothing needs to be built for it.
 check_clang_tidy() {
-    cmake --preset dev >/dev/null &&
-        files 'app/*.cpp' 'device/*.cpp' 'ui/*.cpp' 'simulator/*.cpp' |
-        xargs -0 -r -n 1 -P 2 clang-tidy -p build/dev --quiet
+  cmake --preset dev >/dev/null &&
+    files 'app/*.cpp' 'device/*.cpp' 'ui/*.cpp' 'simulator/*.cpp' |
+    xargs -0 -r -n 1 -P 2 clang-tidy -p build/dev --quiet
 }
 
 check_cppcheck() {
-    cppcheck --quiet --std=c++20 --language=c++ --library=wxwidgets -I . \
-        --enable=warning,performance,portability --inline-suppr --error-exitcode=1 \
-        app device ui simulator fuzz bench
+  cppcheck --quiet --std=c++20 --language=c++ --library=wxwidgets -I . \
+    --enable=warning,performance,portability --inline-suppr --error-exitcode=1 \
+    app device ui simulator fuzz bench
 }
 
 check_shell() {
+  local indentation=(-i 2 -ci)
+  files '*.sh' '.ci/run' | xargs -0 -r shfmt "${indentation[@]}" -d &&
     files '*.sh' '.ci/run' | xargs -0 -r shellcheck -x
 }
 
 need_packages "${BUILD_PACKAGES[@]}" "${TEST_PACKAGES[@]}" "${LINT_PACKAGES[@]}"
 
 failed=()
-for check in format clang_tidy cppcheck shell; do
-    echo "== $check"
-    "check_$check" || failed+=("$check")
+for check in format layers clang_tidy cppcheck shell; do
+  echo "== $check"
+  "check_$check" || failed+=("$check")
 done
 if ((${#failed[@]} > 0)); then
-    echo "lint failed: ${failed[*]}" >&2
-    exit 1
+  echo "lint failed: ${failed[*]}" >&2
+  exit 1
 fi

@@ -25,7 +25,10 @@ has_controller() {
 
 need_packages "${BUILD_PACKAGES[@]}"
 mkdir -p build
-cmake --preset release >build/configure.log 2>&1 || { cat build/configure.log; exit 1; }
+cmake --preset release >build/configure.log 2>&1 || {
+  cat build/configure.log
+  exit 1
+}
 echo "Building $build/lumadot-tool"
 cmake --build --preset release --target lumadot-tool usb_standin
 

@@ -5,51 +5,51 @@
 BUILD_PACKAGES=(g++ cmake ninja-build pkg-config libwxgtk3.2-dev libusb-1.0-0-dev)
 RUN_PACKAGES=(xvfb xauth xdotool x11-utils imagemagick openbox fonts-dejavu-core adwaita-icon-theme)
 TEST_PACKAGES=(libgtest-dev libumockdev-dev umockdev libbenchmark-dev desktop-file-utils appstream
-    groff-base man-db libxml2-utils "${RUN_PACKAGES[@]}")
+  groff-base man-db libxml2-utils "${RUN_PACKAGES[@]}")
 FUZZ_PACKAGES=(clang libclang-rt-dev)
 COVERAGE_PACKAGES=(gcovr)
-LINT_PACKAGES=(clang-format clang-tidy cppcheck shellcheck)
+LINT_PACKAGES=(clang-format clang-tidy cppcheck shellcheck shfmt)
 
 # need_packages PACKAGE...
 # Installs those that are missing. Silent when none is.
 need_packages() {
-    local package missing=()
-    for package in "$@"; do
-        is_installed "$package" || missing+=("$package")
-    done
-    if ((${#missing[@]} == 0)); then
-        return 0
-    fi
+  local package missing=()
+  for package in "$@"; do
+    is_installed "$package" || missing+=("$package")
+  done
+  if ((${#missing[@]} == 0)); then
+    return 0
+  fi
 
-    if ! command -v apt-get >/dev/null; then
-        echo "error: apt-get not found; install by other means: ${missing[*]}" >&2
-        return 1
+  if ! command -v apt-get >/dev/null; then
+    echo "error: apt-get not found; install by other means: ${missing[*]}" >&2
+    return 1
+  fi
+  local as_root=()
+  if ((EUID != 0)); then
+    if ! command -v sudo >/dev/null; then
+      echo "error: neither root nor sudo; as root: apt-get install ${missing[*]}" >&2
+      return 1
     fi
-    local as_root=()
-    if ((EUID != 0)); then
-        if ! command -v sudo >/dev/null; then
-            echo "error: neither root nor sudo; as root: apt-get install ${missing[*]}" >&2
-            return 1
-        fi
-        as_root=(sudo)
-    fi
+    as_root=(sudo)
+  fi
 
-    echo "Installing: ${missing[*]}" >&2
-    # Once more on failure: mirrors and networks have short breaks.
-    if ! install_packages && ! install_packages; then
-        echo "error: could not install: ${missing[*]}" >&2
-        return 1
-    fi
+  echo "Installing: ${missing[*]}" >&2
+  # Once more on failure: mirrors and networks have short breaks.
+  if ! install_packages && ! install_packages; then
+    echo "error: could not install: ${missing[*]}" >&2
+    return 1
+  fi
 }
 
 is_installed() {
-    [[ $(dpkg-query -W -f ' ${db:Status-Status} ' "$1" 2>/dev/null) == *' installed '* ]]
+  [[ $(dpkg-query -W -f ' ${db:Status-Status} ' "$1" 2>/dev/null) == *' installed '* ]]
 }
 
 # Part of need_packages, whose variables it reads.
 install_packages() {
-    local apt=("${as_root[@]}" env DEBIAN_FRONTEND=noninteractive
-        apt-get -qq -o DPkg::Lock::Timeout=300)
-    "${apt[@]}" update >&2 &&
-        "${apt[@]}" install -y --no-install-recommends "${missing[@]}" >&2
+  local apt=("${as_root[@]}" env DEBIAN_FRONTEND=noninteractive
+    apt-get -qq -o DPkg::Lock::Timeout=300)
+  "${apt[@]}" update >&2 &&
+    "${apt[@]}" install -y --no-install-recommends "${missing[@]}" >&2
 }

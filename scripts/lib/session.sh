@@ -5,42 +5,42 @@
 # start_tool PROGRAM BUS_FOLDER [ARGUMENT...]
 # Starts the program with the simulated bus in place of libusb and waits for its window.
 start_tool() {
-    local program=$1 bus=$2
-    shift 2
-    rm -f "$LOG"
-    LD_LIBRARY_PATH="$bus" LUMADOT_SIM_BOARD="${LUMADOT_SIM_BOARD:-standard}" \
-        LUMADOT_SIM_LOG="$LOG" "$program" "$@" &
-    TOOL=$!
-    wait_until "the window is there" window_is_there
-    activate "$WINDOW"
-    wait_until "the tool rests" tool_rests
+  local program=$1 bus=$2
+  shift 2
+  rm -f "$LOG"
+  LD_LIBRARY_PATH="$bus" LUMADOT_SIM_BOARD="${LUMADOT_SIM_BOARD:-standard}" \
+    LUMADOT_SIM_LOG="$LOG" "$program" "$@" &
+  TOOL=$!
+  wait_until "the window is there" window_is_there
+  activate "$WINDOW"
+  wait_until "the tool rests" tool_rests
 }
 
 # Not with xdotool's --sync, which waits for ever when the window manager has missed the request.
 activate() { wait_until "window $1 is active" is_active "$1"; }
 
 is_active() {
-    xdotool windowactivate "$1" 2>/dev/null || return 1
-    [[ $(xdotool getactivewindow 2>/dev/null) == "$1" ]]
+  xdotool windowactivate "$1" 2>/dev/null || return 1
+  [[ $(xdotool getactivewindow 2>/dev/null) == "$1" ]]
 }
 
 window_is_there() {
-    WINDOW=$(xdotool search --onlyvisible --name '^LUMADOT Spectra$' 2>/dev/null | head -n 1)
-    [[ -n $WINDOW ]]
+  WINDOW=$(xdotool search --onlyvisible --name '^LUMADOT Spectra$' 2>/dev/null | head -n 1)
+  [[ -n $WINDOW ]]
 }
 
 # wait_until WHAT CONDITION...
 # Polls until the condition holds; fails after 30 seconds.
 wait_until() {
-    local what=$1 deadline=$((SECONDS + 30))
-    shift
-    until "$@"; do
-        if ((SECONDS >= deadline)); then
-            echo "error: waited 30 s until $what" >&2
-            return 1
-        fi
-        sleep 0.02
-    done
+  local what=$1 deadline=$((SECONDS + 30))
+  shift
+  until "$@"; do
+    if ((SECONDS >= deadline)); then
+      echo "error: waited 30 s until $what" >&2
+      return 1
+    fi
+    sleep 0.02
+  done
 }
 
 press() { xdotool key --clearmodifiers "$@"; }
@@ -51,43 +51,43 @@ sent() { grep -Eq "$1" "$LOG"; }
 # Waits until a frame that starts with 81 C3 E7 FF and these bytes has gone to the controller, and
 # until the tool has done what it does afterwards: Tab goes astray while controls move.
 expect_frame() {
-    wait_until "$1 is sent" sent "0x01.*81 C3 E7 FF $2" &&
-        wait_until "the tool rests" tool_rests
+  wait_until "$1 is sent" sent "0x01.*81 C3 E7 FF $2" &&
+    wait_until "the tool rests" tool_rests
 }
 
 # Whether the tool waits for events: looked at several times, for it may just have been woken.
 tool_rests() {
-    local state
-    for _ in 1 2 3 4 5; do
-        read -r _ _ state _ <"/proc/$TOOL/stat"
-        [[ $state == S ]] || return 1
-        sleep 0.02
-    done
+  local state
+  for _ in 1 2 3 4 5; do
+    read -r _ _ state _ <"/proc/$TOOL/stat"
+    [[ $state == S ]] || return 1
+    sleep 0.02
+  done
 }
 
 # Chooses the item at POSITION (1, 2, ...) of the menu "Device" with the keyboard.
 choose_device_item() {
-    local downs=()
-    for ((i = 0; i < $1; i++)); do
-        downs+=(Down)
-    done
-    press F10 Right "${downs[@]}" Return
+  local downs=()
+  for ((i = 0; i < $1; i++)); do
+    downs+=(Down)
+  done
+  press F10 Right "${downs[@]}" Return
 }
 
 # Closes the window as a user does, and returns the tool's exit code.
 close_tool() {
-    local asked=-1
-    wait_until "the tool has ended" ask_to_close || return 1
-    wait "$TOOL"
+  local asked=-1
+  wait_until "the tool has ended" ask_to_close || return 1
+  wait "$TOOL"
 }
 
 # Once a second: while the window manager takes its keys anew, as it does when the keyboard map
 # changes, it misses what is pressed.
 ask_to_close() {
-    kill -0 "$TOOL" 2>/dev/null || return 0
-    if ((SECONDS > asked)); then
-        press alt+F4
-        asked=$SECONDS
-    fi
-    return 1
+  kill -0 "$TOOL" 2>/dev/null || return 0
+  if ((SECONDS > asked)); then
+    press alt+F4
+    asked=$SECONDS
+  fi
+  return 1
 }

@@ -18,7 +18,10 @@ source "$(dirname "${BASH_SOURCE[0]}")/../../scripts/lib/session.sh"
 check() {
   local what=$1
   shift
-  "$@" || { echo "failed: $what"; exit 1; }
+  "$@" || {
+    echo "failed: $what"
+    exit 1
+  }
 }
 
 # Windows of the tool on the display, the hidden ones left out.

@@ -5,12 +5,12 @@ set -euo pipefail
 
 page=$1
 if ! command -v groff >/dev/null; then
-    echo "SKIPPED: groff is not installed"
-    exit 77
+  echo "SKIPPED: groff is not installed"
+  exit 77
 fi
 
 complaints=$(groff -man -Tutf8 -ww -rF0 "$page" 2>&1 >/dev/null)
 if [[ -n $complaints ]]; then
-    echo "$complaints"
-    exit 1
+  echo "$complaints"
+  exit 1
 fi

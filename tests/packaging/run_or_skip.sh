@@ -4,7 +4,7 @@
 set -euo pipefail
 
 if ! command -v "$1" >/dev/null; then
-    echo "SKIPPED: $1 is not installed"
-    exit 77
+  echo "SKIPPED: $1 is not installed"
+  exit 77
 fi
 exec "$@"
