@@ -34,14 +34,14 @@ std::string hex(int value) {
 }
 
 std::string describeBytes(const Packet& bytes) {
-    constexpr std::ptrdiff_t countedZeros = 8;
+    constexpr std::ptrdiff_t CountedZeros = 8;
     std::string text;
     for (auto byte = bytes.begin(); byte != bytes.end();) {
         const auto zerosEnd =
             std::find_if(byte, bytes.end(), [](auto value) { return value != 0; });
         const std::ptrdiff_t zeros = zerosEnd - byte;
         text += text.empty() ? "" : " ";
-        if (zeros >= countedZeros) {
+        if (zeros >= CountedZeros) {
             text += "00*" + std::to_string(zeros);
             byte = zerosEnd;
         } else {

@@ -15,8 +15,8 @@ struct LibraryCalls {
     static State& state() { return *Bus::instance().state_; }
 };
 
-constexpr int outEndpoint = 0x01;
-constexpr int inEndpoint = 0x81;
+constexpr int OutEndpoint = 0x01;
+constexpr int InEndpoint = 0x81;
 
 /// The number that went out to the client as this pointer.
 template <class Pointer>
@@ -50,7 +50,7 @@ public:
         if (fault.unplug && call.device >= 0) {
             slot().present = false;
         }
-        const bool bytesArrive = fault.reply && call.endpoint == inEndpoint;
+        const bool bytesArrive = fault.reply && call.endpoint == InEndpoint;
         if (call.stale) {
             call.result = LIBUSB_ERROR_NO_DEVICE;
         } else if (bytesArrive || fault.result.value_or(0) >= 0) {

@@ -33,7 +33,7 @@ int swing(int step, int period, int range) {
 }
 
 void drawRamp(Picture& picture, int step) {
-    const int shift = step * picture.width / Animation::loop;
+    const int shift = step * picture.width / Animation::Loop;
     for (int y = picture.height - picture.height / 4; y < picture.height; ++y) {
         for (int x = 0; x < picture.width; ++x) {
             picture.set(x, y, (x + shift) % picture.width * 256 / picture.width);
@@ -44,8 +44,8 @@ void drawRamp(Picture& picture, int step) {
 void drawBall(Picture& picture, int step) {
     const int radius = picture.height / 8;
     const int floor = picture.height - picture.height / 4;
-    const int centreX = radius + swing(step, Animation::loop, picture.width - 2 * radius - 1);
-    const int centreY = radius + swing(step, Animation::loop / 4, floor - 2 * radius - 1);
+    const int centreX = radius + swing(step, Animation::Loop, picture.width - 2 * radius - 1);
+    const int centreY = radius + swing(step, Animation::Loop / 4, floor - 2 * radius - 1);
     for (int y = -radius; y <= radius; ++y) {
         for (int x = -radius; x <= radius; ++x) {
             const int distance = x * x + y * y;
@@ -57,15 +57,15 @@ void drawBall(Picture& picture, int step) {
 }
 
 /// Digits of 3 x 5 dots, the top row in the highest three bits.
-constexpr std::array<int, 10> digits = {075557, 026227, 071747, 071717, 055711,
+constexpr std::array<int, 10> Digits = {075557, 026227, 071747, 071717, 055711,
                                         074717, 074757, 071111, 075757, 075717};
 
 void drawDigit(Picture& picture, int digit, int left, int top) {
-    constexpr int zoom = 2;
-    for (int row = 0; row < 5 * zoom; ++row) {
-        for (int column = 0; column < 3 * zoom; ++column) {
-            const int bit = (4 - row / zoom) * 3 + 2 - column / zoom;
-            if ((digits[static_cast<std::size_t>(digit)] >> bit & 1) != 0) {
+    constexpr int Zoom = 2;
+    for (int row = 0; row < 5 * Zoom; ++row) {
+        for (int column = 0; column < 3 * Zoom; ++column) {
+            const int bit = (4 - row / Zoom) * 3 + 2 - column / Zoom;
+            if ((Digits[static_cast<std::size_t>(digit)] >> bit & 1) != 0) {
                 picture.set(left + column, top + row, 255);
             }
         }
@@ -89,11 +89,11 @@ bool isLit(int shade, int plane, Coding coding) {
 
 const Packet& Animation::frame(std::uint32_t index, std::uint8_t planes, Coding coding) {
     if (planes != planes_ || coding != coding_) {
-        rendered_.assign(loop, Packet());
+        rendered_.assign(Loop, Packet());
         planes_ = planes;
         coding_ = coding;
     }
-    const std::uint32_t step = index % loop;
+    const std::uint32_t step = index % Loop;
     Packet& frame = rendered_[step];
     if (frame.empty()) {
         frame = render(static_cast<int>(step), planes, coding);

@@ -17,7 +17,7 @@ enum class Coding { Binary, Count };
 /// scrolls beneath them. It loops after 64 frames, and each frame differs from the one before.
 class Animation {
 public:
-    static constexpr int loop = 64;
+    static constexpr int Loop = 64;
 
     /// `width` and `height` in dots, multiples of 64 and 32.
     Animation(int width, int height) : width_(width), height_(height) {}
@@ -33,7 +33,7 @@ private:
     int height_;
     // The rendered frames of one loop, empty where not yet asked for. Only the format asked for
     // last is kept, so that a client that tries them all does not fill the memory.
-    std::vector<Packet> rendered_ = std::vector<Packet>(loop);
+    std::vector<Packet> rendered_ = std::vector<Packet>(Loop);
     std::uint8_t planes_ = 0;
     Coding coding_ = Coding::Binary;
 };

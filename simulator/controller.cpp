@@ -7,61 +7,61 @@ namespace simulator {
 
 namespace {
 
-constexpr std::size_t frameSize = 2052;
-constexpr std::size_t dumpRequestSize = 64;
-constexpr std::size_t textReplySize = 63;
-constexpr std::size_t firmwareSize = 6;
-constexpr std::size_t blockLimit = 512;
-constexpr std::uint8_t refusal = 0x01;
-constexpr std::uint8_t xlPlanes = 2;
+constexpr std::size_t FrameSize = 2052;
+constexpr std::size_t DumpRequestSize = 64;
+constexpr std::size_t TextReplySize = 63;
+constexpr std::size_t FirmwareSize = 6;
+constexpr std::size_t BlockLimit = 512;
+constexpr std::uint8_t Refusal = 0x01;
+constexpr std::uint8_t XlPlanes = 2;
 
 // Places in the settings record.
-constexpr std::size_t inputModeByte = 0;
-constexpr std::size_t paletteIndexByte = 1;
-constexpr std::size_t enhancerByte = 21;
-constexpr std::size_t brightnessByte = 22;
+constexpr std::size_t InputModeByte = 0;
+constexpr std::size_t PaletteIndexByte = 1;
+constexpr std::size_t EnhancerByte = 21;
+constexpr std::size_t BrightnessByte = 22;
 
 /// Fills what a reply carries without meaning, so that a client that reads it is found out.
-constexpr std::uint8_t meaningless = 0xA5;
+constexpr std::uint8_t Meaningless = 0xA5;
 
-constexpr Palette vga = {0,   0,   0,   128, 0,   0,   255, 0,   0,   255, 0,   255,
+constexpr Palette Vga = {0,   0,   0,   128, 0,   0,   255, 0,   0,   255, 0,   255,
                          0,   128, 128, 0,   128, 0,   0,   255, 0,   0,   255, 255,
                          0,   0,   128, 128, 0,   128, 0,   0,   255, 64,  64,  64,
                          128, 128, 128, 128, 128, 0,   255, 255, 0,   255, 255, 255};
 
 /// Red, green and blue step from one shade to the next, for the presets 1..8.
-constexpr std::uint8_t ramps[8][3] = {{17, 0, 0},  {0, 17, 0},  {0, 0, 17},   {17, 0, 17},
+constexpr std::uint8_t Ramps[8][3] = {{17, 0, 0},  {0, 17, 0},  {0, 0, 17},   {17, 0, 17},
                                       {0, 17, 17}, {17, 17, 0}, {17, 17, 17}, {17, 9, 0}};
 
 std::optional<Palette> preset(std::uint8_t index) {
     if (index == 0) {
-        return vga;
+        return Vga;
     }
-    if (index > std::size(ramps)) {
+    if (index > std::size(Ramps)) {
         return std::nullopt;
     }
     Palette palette;
     for (std::size_t i = 0; i < palette.size(); ++i) {
-        palette[i] = static_cast<std::uint8_t>(i / 3 * ramps[index - 1][i % 3]);
+        palette[i] = static_cast<std::uint8_t>(i / 3 * Ramps[index - 1][i % 3]);
     }
     return palette;
 }
 
 bool isFrame(std::span<const std::uint8_t> packet) {
-    return packet.size() == frameSize && packet[0] == 0x81 && packet[1] == 0xC3 &&
+    return packet.size() == FrameSize && packet[0] == 0x81 && packet[1] == 0xC3 &&
            packet[2] == 0xE7;
 }
 
 bool isDumpRequest(std::span<const std::uint8_t> packet) {
-    return packet.size() == dumpRequestSize && packet[0] == 0x02 && packet[1] == 0xC3 &&
+    return packet.size() == DumpRequestSize && packet[0] == 0x02 && packet[1] == 0xC3 &&
            packet[2] == 0xE8;
 }
 
 /// Machines that light a dot in as many planes as it is bright, rather than number its shade.
 bool countsPlanes(std::uint8_t inputMode, std::uint8_t planes) {
-    constexpr std::uint8_t capcom = 9;
-    constexpr std::uint8_t alvinG = 10;
-    return planes == 3 || planes > 4 || inputMode == capcom || inputMode == alvinG;
+    constexpr std::uint8_t Capcom = 9;
+    constexpr std::uint8_t AlvinG = 10;
+    return planes == 3 || planes > 4 || inputMode == Capcom || inputMode == AlvinG;
 }
 
 Animation machineFor(Board board) {
@@ -75,7 +75,7 @@ Controller::Controller(ControllerOptions options)
       store_(options_.store),
       animation_(machineFor(options_.board)),
       stored_(options_.settings),
-      storedPalette_(preset(options_.settings[paletteIndexByte]).value_or(vga)),
+      storedPalette_(preset(options_.settings[PaletteIndexByte]).value_or(Vga)),
       files_(store_.uploads()) {
     if (!options_.clock) {
         options_.clock = [] { return std::uint64_t{0}; };
@@ -110,14 +110,14 @@ void Controller::command(std::span<const std::uint8_t> packet) {
             stored_ = working_;
             return store_.save("settings", stored_);
         case 0x02:
-            working_[inputModeByte] = packet[5];
+            working_[InputModeByte] = packet[5];
             return;
         case 0x03:
             return selectPreset(packet[5]);
         case 0x04:
             return loadPalette(packet);
         case 0x08:
-            working_[brightnessByte] = packet[17];
+            working_[BrightnessByte] = packet[17];
             return;
         case 0x0A:
             return uploadFrame(packet);
@@ -147,7 +147,7 @@ void Controller::restart() {
 bool Controller::restarting() const { return options_.clock() < silentUntil_; }
 
 void Controller::selectPreset(std::uint8_t index) {
-    working_[paletteIndexByte] = index;
+    working_[PaletteIndexByte] = index;
     palette_ = preset(index).value_or(palette_);
 }
 
@@ -166,7 +166,7 @@ void Controller::uploadFrame(std::span<const std::uint8_t> packet) {
     if (!accepted) {
         openName_.reset();
     }
-    reply({accepted ? acceptByte_ : refusal}, options_.clock());
+    reply({accepted ? acceptByte_ : Refusal}, options_.clock());
 }
 
 bool Controller::takeUpload(std::span<const std::uint8_t> packet) {
@@ -182,7 +182,7 @@ bool Controller::takeUpload(std::span<const std::uint8_t> packet) {
     }
     if (phase == 0x01) {
         const std::size_t length = packet[6] * std::size_t{256} + packet[7];
-        if (length > blockLimit) {
+        if (length > BlockLimit) {
             return false;
         }
         const auto block = packet.subspan(8, length);
@@ -200,24 +200,24 @@ bool Controller::takeUpload(std::span<const std::uint8_t> packet) {
 
 void Controller::sendSettings() {
     if (options_.layout == SettingsLayout::Older) {
-        Packet bytes(textReplySize, 0);
-        bytes[0] = working_[inputModeByte];
-        bytes[1] = working_[brightnessByte];
-        bytes[2] = working_[enhancerByte];
-        bytes[3] = working_[paletteIndexByte];
+        Packet bytes(TextReplySize, 0);
+        bytes[0] = working_[InputModeByte];
+        bytes[1] = working_[BrightnessByte];
+        bytes[2] = working_[EnhancerByte];
+        bytes[3] = working_[PaletteIndexByte];
         return reply(std::move(bytes), options_.clock());
     }
-    Packet bytes(textReplySize, meaningless);
+    Packet bytes(TextReplySize, Meaningless);
     std::string firmware = options_.firmware;
-    firmware.resize(firmwareSize, '\0');
+    firmware.resize(FirmwareSize, '\0');
     std::copy(firmware.begin(), firmware.end(), bytes.begin() + 4);
-    std::copy(working_.begin(), working_.end(), bytes.begin() + 4 + firmwareSize);
+    std::copy(working_.begin(), working_.end(), bytes.begin() + 4 + FirmwareSize);
     reply(std::move(bytes), options_.clock());
 }
 
 void Controller::sendUniqueId() {
-    Packet bytes(textReplySize, 0);
-    const std::size_t length = std::min(options_.uniqueId.size(), textReplySize - 1);
+    Packet bytes(TextReplySize, 0);
+    const std::size_t length = std::min(options_.uniqueId.size(), TextReplySize - 1);
     std::copy_n(options_.uniqueId.begin(), length, bytes.begin());
     reply(std::move(bytes), options_.clock());
 }
@@ -245,9 +245,9 @@ void Controller::dumpRequest(std::uint8_t planes) {
 
 const Packet& Controller::frame(std::uint32_t index, std::uint8_t planes) const {
     if (options_.board == Board::Xl) {
-        return animation_.frame(index, xlPlanes, Coding::Binary);
+        return animation_.frame(index, XlPlanes, Coding::Binary);
     }
-    const bool count = countsPlanes(working_[inputModeByte], planes);
+    const bool count = countsPlanes(working_[InputModeByte], planes);
     return animation_.frame(index, planes, count ? Coding::Count : Coding::Binary);
 }
 

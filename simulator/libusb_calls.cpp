@@ -15,7 +15,7 @@ namespace {
 using State = LibraryCalls::State;
 using Token = State::Token;
 
-constexpr std::uint8_t productIndex = 2;
+constexpr std::uint8_t ProductIndex = 2;
 
 /// Ends the program where the real library would follow a null or dangling pointer.
 void requireContext(const CallInProgress& progress, libusb_context* context) {
@@ -52,7 +52,7 @@ libusb_device_descriptor descriptorOf(const Device& device) {
     descriptor.idVendor = device.vendor;
     descriptor.idProduct = device.product;
     descriptor.bcdDevice = 0x0100;
-    descriptor.iProduct = productIndex;
+    descriptor.iProduct = ProductIndex;
     descriptor.bNumConfigurations = 1;
     return descriptor;
 }
@@ -66,7 +66,7 @@ int readString(CallInProgress& progress, unsigned char* data) {
     if (!progress.slot().present) {
         return LIBUSB_ERROR_NO_DEVICE;
     }
-    if (call.endpoint != productIndex) {
+    if (call.endpoint != ProductIndex) {
         return LIBUSB_ERROR_PIPE;
     }
     const std::optional<int> claimed =
@@ -179,10 +179,10 @@ int transfer(CallInProgress& progress, unsigned char* data, std::optional<int>& 
     if (slot.claimedBy != progress.handle) {
         return LIBUSB_ERROR_IO;
     }
-    if (call.endpoint == outEndpoint) {
+    if (call.endpoint == OutEndpoint) {
         return send(progress, data, moved);
     }
-    return call.endpoint == inEndpoint ? receive(progress, data, moved) : LIBUSB_ERROR_IO;
+    return call.endpoint == InEndpoint ? receive(progress, data, moved) : LIBUSB_ERROR_IO;
 }
 
 struct ErrorText {
@@ -191,7 +191,7 @@ struct ErrorText {
     const char* meaning;
 };
 
-constexpr ErrorText errorTexts[] = {
+constexpr ErrorText ErrorTexts[] = {
     {LIBUSB_SUCCESS, "LIBUSB_SUCCESS", "Success"},
     {LIBUSB_ERROR_IO, "LIBUSB_ERROR_IO", "Input/output error"},
     {LIBUSB_ERROR_INVALID_PARAM, "LIBUSB_ERROR_INVALID_PARAM", "Invalid parameter"},
@@ -209,9 +209,9 @@ constexpr ErrorText errorTexts[] = {
 };
 
 ErrorText errorText(int code) {
-    const auto* text = std::find_if(std::begin(errorTexts), std::end(errorTexts),
+    const auto* text = std::find_if(std::begin(ErrorTexts), std::end(ErrorTexts),
                                     [code](const ErrorText& each) { return each.code == code; });
-    return text != std::end(errorTexts) ? *text : ErrorText{code, "**UNKNOWN**", "Unknown error"};
+    return text != std::end(ErrorTexts) ? *text : ErrorText{code, "**UNKNOWN**", "Unknown error"};
 }
 
 }  // namespace
@@ -336,11 +336,11 @@ int libusb_release_interface(libusb_device_handle* handle, int number) {
 
 int libusb_bulk_transfer(libusb_device_handle* handle, unsigned char endpoint, unsigned char* data,
                          int length, int* transferred, unsigned int timeout) {
-    constexpr unsigned int longest = std::numeric_limits<int>::max();
+    constexpr unsigned int Longest = std::numeric_limits<int>::max();
     CallInProgress progress("libusb_bulk_transfer", handle);
     progress.call.endpoint = endpoint;
     progress.call.length = length;
-    progress.call.timeout = static_cast<int>(std::min(timeout, longest));
+    progress.call.timeout = static_cast<int>(std::min(timeout, Longest));
     progress.call.countAsked = transferred != nullptr;
 
     std::optional<int> moved;  // Empty when no transfer took place: the client's count stays.

@@ -19,10 +19,10 @@ using Bytes = std::vector<std::uint8_t>;
 
 // In a file name, "%" and two hexadecimal digits stand for a byte. The other uses of "%" cannot be
 // mistaken for that: "%" alone is the empty name, and these three prefixes go on with no digit.
-constexpr std::string_view longData = "%long-";
-constexpr std::string_view longName = "%name-";
-constexpr std::string_view unfinished = "%unfinished";
-constexpr std::size_t longestFileName = 200;
+constexpr std::string_view LongData = "%long-";
+constexpr std::string_view LongName = "%name-";
+constexpr std::string_view Unfinished = "%unfinished";
+constexpr std::size_t LongestFileName = 200;
 
 bool isPlain(char letter) {
     return std::isalnum(static_cast<unsigned char>(letter)) != 0 || letter == '-' ||
@@ -95,7 +95,7 @@ std::optional<Bytes> readFile(const fs::path& path) {
 void writeFile(const fs::path& path, std::span<const std::uint8_t> bytes) {
     std::error_code error;
     fs::create_directories(path.parent_path(), error);
-    const fs::path fresh = path.parent_path() / unfinished;
+    const fs::path fresh = path.parent_path() / Unfinished;
     std::ofstream file(fresh, std::ios::binary | std::ios::trunc);
     file.write(reinterpret_cast<const char*>(bytes.data()),
                static_cast<std::streamsize>(bytes.size()));
@@ -108,11 +108,11 @@ void writeFile(const fs::path& path, std::span<const std::uint8_t> bytes) {
 /// The name an upload had, from the name of its file.
 std::optional<std::string> uploadName(const fs::path& path) {
     const std::string file = path.filename().string();
-    if (!file.starts_with(longData)) {
+    if (!file.starts_with(LongData)) {
         return decode(file);
     }
-    const std::string key = file.substr(longData.size());
-    const std::optional<Bytes> name = readFile(path.parent_path() / (std::string(longName) + key));
+    const std::string key = file.substr(LongData.size());
+    const std::optional<Bytes> name = readFile(path.parent_path() / (std::string(LongName) + key));
     if (!name) {
         return std::nullopt;
     }
@@ -160,14 +160,14 @@ void Store::saveUpload(const std::string& name, std::span<const std::uint8_t> by
     }
     const fs::path files = folder_ / "files";
     const std::string encoded = encode(name);
-    if (encoded.size() <= longestFileName) {
+    if (encoded.size() <= LongestFileName) {
         writeFile(files / encoded, bytes);
         return;
     }
     const std::string key = hash(name);
     const auto* letters = reinterpret_cast<const std::uint8_t*>(name.data());
-    writeFile(files / (std::string(longName) + key), {letters, name.size()});
-    writeFile(files / (std::string(longData) + key), bytes);
+    writeFile(files / (std::string(LongName) + key), {letters, name.size()});
+    writeFile(files / (std::string(LongData) + key), bytes);
 }
 
 }  // namespace simulator

@@ -17,14 +17,14 @@ using simulator::SettingsLayout;
 
 namespace {
 
-const Palette vga = {0x00, 0x00, 0x00, 0x80, 0x00, 0x00, 0xFF, 0x00, 0x00, 0xFF, 0x00, 0xFF,
+const Palette Vga = {0x00, 0x00, 0x00, 0x80, 0x00, 0x00, 0xFF, 0x00, 0x00, 0xFF, 0x00, 0xFF,
                      0x00, 0x80, 0x80, 0x00, 0x80, 0x00, 0x00, 0xFF, 0x00, 0x00, 0xFF, 0xFF,
                      0x00, 0x00, 0x80, 0x80, 0x00, 0x80, 0x00, 0x00, 0xFF, 0x40, 0x40, 0x40,
                      0x80, 0x80, 0x80, 0x80, 0x80, 0x00, 0xFF, 0xFF, 0x00, 0xFF, 0xFF, 0xFF};
 
-const Packet recordFrame = command({0x20, 2,  3,  11, 12, 13, 14, 15, 16, 17, 18, 19,
+const Packet RecordFrame = command({0x20, 2,  3,  11, 12, 13, 14, 15, 16, 17, 18, 19,
                                     20,   21, 22, 23, 24, 25, 26, 27, 28, 29, 1,  99});
-const Record sentRecord = {2,  3,  11, 12, 13, 14, 15, 16, 17, 18, 19, 20,
+const Record SentRecord = {2,  3,  11, 12, 13, 14, 15, 16, 17, 18, 19, 20,
                            21, 22, 23, 24, 25, 26, 27, 28, 29, 1,  99};
 
 /// A board whose clock the test turns.
@@ -53,19 +53,19 @@ TEST_F(ControllerTest, StartsWithItsDefaultsAndNothingToSay) {
                              0, 0, 0,  0,  0,  0,  0,  0, 1,  1,  30};
     EXPECT_EQ(board.working(), defaults);
     EXPECT_EQ(board.permanent(), defaults);
-    EXPECT_EQ(board.palette(), vga);
-    EXPECT_EQ(board.permanentPalette(), vga);
+    EXPECT_EQ(board.palette(), Vga);
+    EXPECT_EQ(board.permanentPalette(), Vga);
     EXPECT_EQ(board.takeReply(), std::nullopt);
     EXPECT_EQ(board.image(), std::nullopt);
 }
 
 TEST_F(ControllerTest, NewerSettingsReplyCarriesVersionAndRecord) {
-    board.receive(recordFrame);
+    board.receive(RecordFrame);
     board.receive(command({0x10}));
     const Packet reply = board.takeReply().value();
     ASSERT_EQ(reply.size(), 63U);
     EXPECT_EQ(slice(reply, 4, 6), textBytes("V4.02b"));
-    EXPECT_EQ(slice(reply, 10, 23), Packet(sentRecord.begin(), sentRecord.end()));
+    EXPECT_EQ(slice(reply, 10, 23), Packet(SentRecord.begin(), SentRecord.end()));
     EXPECT_EQ(board.takeReply(), std::nullopt);
 }
 
@@ -73,7 +73,7 @@ TEST_F(ControllerTest, OlderSettingsReplyCarriesFourSettingsAndNoVersion) {
     ControllerOptions older = options();
     older.layout = SettingsLayout::Older;
     Controller old(older);
-    old.receive(recordFrame);
+    old.receive(RecordFrame);
     old.receive(command({0x10}));
     EXPECT_EQ(old.takeReply(), padded({2, 99, 1, 3}, 63));
 }
@@ -121,9 +121,9 @@ TEST_F(ControllerTest, CommandsChangeTheWorkingSettingsOnly) {
 }
 
 TEST_F(ControllerTest, StoredSettingsAreTheWorkingOnes) {
-    board.receive(recordFrame);
+    board.receive(RecordFrame);
     board.receive(command({0x01}));
-    EXPECT_EQ(board.permanent(), sentRecord);
+    EXPECT_EQ(board.permanent(), SentRecord);
 }
 
 TEST_F(ControllerTest, EachPresetHasItsPalette) {
@@ -143,13 +143,13 @@ TEST_F(ControllerTest, EachPresetHasItsPalette) {
         }
     }
     board.receive(command({0x03, 0}));
-    EXPECT_EQ(board.palette(), vga);
+    EXPECT_EQ(board.palette(), Vga);
 }
 
 TEST_F(ControllerTest, UnknownPresetLeavesThePalette) {
     for (const std::uint8_t index : Packet{9, 200, 255}) {
         board.receive(command({0x03, index}));
-        EXPECT_EQ(board.palette(), vga);
+        EXPECT_EQ(board.palette(), Vga);
         EXPECT_EQ(board.working()[1], index);
     }
 }
@@ -162,7 +162,7 @@ TEST_F(ControllerTest, LoadedPaletteIsStoredOnDemand) {
     loaded.fill(0x5C);
     board.receive(frame);
     EXPECT_EQ(board.palette(), loaded);
-    EXPECT_EQ(board.permanentPalette(), vga);
+    EXPECT_EQ(board.permanentPalette(), Vga);
     board.receive(command({0x12}));
     EXPECT_EQ(board.permanentPalette(), loaded);
 }
@@ -170,7 +170,7 @@ TEST_F(ControllerTest, LoadedPaletteIsStoredOnDemand) {
 TEST_F(ControllerTest, PaletteFrameForAnotherPlaceIsIgnored) {
     board.receive(command({0x04, 1, 1, 9, 9, 9}));
     board.receive(command({0x04, 0, 0, 9, 9, 9}));
-    EXPECT_EQ(board.palette(), vga);
+    EXPECT_EQ(board.palette(), Vga);
     EXPECT_EQ(board.ignoredPackets(), 2);
 }
 
@@ -182,12 +182,12 @@ TEST_F(ControllerTest, ImageFrameIsKept) {
 }
 
 TEST_F(ControllerTest, ResetBringsThePermanentSettingsBack) {
-    board.receive(recordFrame);
+    board.receive(RecordFrame);
     board.receive(command({0x03, 4}));
     board.receive(command({0x10}));
     board.receive(command({0x00}));
     EXPECT_EQ(board.working(), board.permanent());
-    EXPECT_EQ(board.palette(), vga);
+    EXPECT_EQ(board.palette(), Vga);
     EXPECT_EQ(board.takeReply(), std::nullopt);
 }
 

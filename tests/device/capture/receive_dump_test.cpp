@@ -20,13 +20,11 @@ namespace {
 using capture::Bytes;
 using capture::CaptureLink;
 using capture::Frame;
-using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::UnorderedElementsAre;
 
 /// Local time is five and a half hours ahead of UTC here, so that one cannot pass for the other.
 /// The toolkit asks for the zone once, when it needs it first.
-const int zoneIsSet = setenv("TZ", "LMD-05:30", 1);
+const int ZoneIsSet = setenv("TZ", "LMD-05:30", 1);
 constexpr std::int64_t ZoneMs = 19800000;
 
 using ReceiveDump = CaptureLink;
