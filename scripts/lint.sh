@@ -20,11 +20,18 @@ check_layers() {
   scripts/check_layers.sh
 }
 
-# clang-tidy reads the compiler flags from the build folder; nothing needs to be built for it.
+# tidy CONFIGURATION PATTERN... : clang-tidy over the files; the compiler flags are those of the preset lint,
+# for which nothing needs to be built.
+tidy() {
+  files "${@:2}" | xargs -0 -r -n 1 -P "$(nproc)" clang-tidy -p build/lint --quiet --config-file="$1"
+}
+
 check_clang_tidy() {
-  cmake --preset dev >/dev/null &&
-    files 'app/*.cpp' 'device/*.cpp' 'ui/*.cpp' 'simulator/*.cpp' |
-    xargs -0 -r -n 1 -P 2 clang-tidy -p build/dev --quiet
+  local result=0
+  cmake --preset lint >/dev/null || return
+  tidy .clang-tidy 'app/*.cpp' 'device/*.cpp' 'ui/*.cpp' 'simulator/*.cpp' || result=1
+  tidy tests/.clang-tidy 'tests/*.cpp' 'fuzz/*.cpp' 'bench/*.cpp' || result=1
+  return $result
 }
 
 check_cppcheck() {

@@ -12,9 +12,7 @@
 
 namespace {
 
-using faults::AsUsual;
 using faults::Expected;
-using faults::ExpectedCapture;
 using faults::expectedOf;
 using faults::Failure;
 using faults::failuresOf;
@@ -38,7 +36,7 @@ class Count : public testing::Environment {
         testing::Test::RecordProperty("runs", Trial::count());
     }
 };
-const auto* const count = testing::AddGlobalTestEnvironment(new Count);
+const auto* const Counted = testing::AddGlobalTestEnvironment(new Count);
 
 constexpr auto OperationName = [](const auto& test) { return test.param.name; };
 
