@@ -1,5 +1,7 @@
 // The examples of docs/protocol.md: what they show is what the tool sends and understands.
 
+#include <wx/msgdlg.h>
+
 #include <fstream>
 #include <functional>
 #include <map>

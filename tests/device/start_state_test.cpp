@@ -16,7 +16,8 @@ using testing::ElementsAre;
 
 TEST(StartState, HasTheUsbObjectConstructedBeforeMain) {
     const USBClass* volatile object = &usb;
-    EXPECT_EQ(typeid(*object), typeid(USBClass));  // Reads the object's table of virtual functions.
+    const USBClass& read = *object;
+    EXPECT_EQ(typeid(read), typeid(USBClass));  // Reads the object's table of virtual functions.
 }
 
 TEST(StartState, HasNoOpenHandleAndNoDeviceList) {

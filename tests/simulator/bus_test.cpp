@@ -8,7 +8,7 @@ namespace {
 
 struct BusTest : BusFixture {};
 
-libusb_device_handle* const invented = reinterpret_cast<libusb_device_handle*>(0x1234);
+libusb_device_handle* const Invented = reinterpret_cast<libusb_device_handle*>(0x1234);
 
 }  // namespace
 
@@ -129,12 +129,12 @@ TEST_F(BusTest, RefusedOrGoneDeviceIsNotOpened) {
     bus.plugController();
     const auto found = devices();
     bus.unplug(1);
-    libusb_device_handle* handle = invented;
+    libusb_device_handle* handle = Invented;
     EXPECT_EQ(libusb_open(found[0], &handle), LIBUSB_ERROR_ACCESS);
     EXPECT_EQ(libusb_open(found[1], &handle), LIBUSB_ERROR_NO_DEVICE);
     EXPECT_EQ(libusb_open(nullptr, &handle), LIBUSB_ERROR_NO_DEVICE);
     EXPECT_TRUE(last().stale);
-    EXPECT_EQ(handle, invented);
+    EXPECT_EQ(handle, Invented);
     EXPECT_EQ(bus.openHandles(), 0);
 }
 
@@ -208,7 +208,7 @@ TEST_F(BusTest, NullClosedAndInventedHandlesAreSurvivedAndLogged) {
     libusb_close(closed);
     unsigned char buffer[8] = {};
     for (libusb_device_handle* handle :
-         {static_cast<libusb_device_handle*>(nullptr), closed, invented}) {
+         {static_cast<libusb_device_handle*>(nullptr), closed, Invented}) {
         bus.clearCalls();
         EXPECT_EQ(libusb_claim_interface(handle, 0), LIBUSB_ERROR_NO_DEVICE);
         EXPECT_EQ(libusb_release_interface(handle, 0), LIBUSB_ERROR_NO_DEVICE);

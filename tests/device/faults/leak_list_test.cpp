@@ -17,7 +17,6 @@ using faults::expectedOf;
 using faults::Failure;
 using faults::failuresOf;
 using faults::Kept;
-using faults::Kind;
 using faults::Operation;
 using faults::operations;
 using faults::Result;

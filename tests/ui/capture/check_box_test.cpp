@@ -6,7 +6,6 @@ namespace {
 
 using CheckBox = support::CaptureWindow;
 using testing::ElementsAre;
-using testing::HasSubstr;
 
 TEST_F(CheckBox, AsksTheControllerForItsSettingsBeforeTheUserForAFolder) {
     plugAt(2);
