@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <exception>
 #include <new>
+#include <string_view>
 
 namespace {
 
@@ -25,11 +26,24 @@ void* const Tool = libraryOf(reinterpret_cast<void*>(&libraryOf));
 void* const SimulatedBus = libraryOf(reinterpret_cast<void*>(&libusb_close));
 void* const Standard = libraryOf(reinterpret_cast<void*>(&std::terminate));
 
-/// Templates and inline functions that the program and the libraries both have: the libraries, too,
-/// use the program's, which is why it exports them, and nothing else.
+/// Templates and inline functions of the standard library and of the toolkit, as compiled into the
+/// program: the libraries, too, use the program's. The program exports its names for this.
 bool isShared(void* code) {
     Dl_info symbol{};
-    return dladdr(code, &symbol) != 0 && symbol.dli_sname != nullptr;
+    if (dladdr(code, &symbol) == 0 || symbol.dli_sname == nullptr) {
+        return false;
+    }
+    // The beginnings of mangled names: a qualified name, "const" or not, in std, in __gnu_cxx, or
+    // of a class of the toolkit, whose length stands before it.
+    std::string_view name = symbol.dli_sname;
+    for (const std::string_view part : {"_Z", "N", "K"}) {
+        name.remove_prefix(name.starts_with(part) ? part.size() : 0);
+    }
+    if (name.starts_with("St") || name.starts_with("Sa") || name.starts_with("9__gnu_cxx")) {
+        return true;
+    }
+    name.remove_prefix(std::min(name.find_first_not_of("0123456789"), name.size()));
+    return name.starts_with("wx");
 }
 
 bool isSomebody(void* code) {
