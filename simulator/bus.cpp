@@ -25,6 +25,7 @@ void add(Fault& effect, const Fault& fault) {
     effect.reply = effect.reply ? effect.reply : fault.reply;
     effect.transferred = effect.transferred ? effect.transferred : fault.transferred;
     effect.unplug = effect.unplug || fault.unplug;
+    effect.meanwhile = effect.meanwhile ? effect.meanwhile : fault.meanwhile;
 }
 
 std::string hex(int value) {

@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -38,6 +39,7 @@ struct Fault {
     std::optional<int> transferred = {};  ///< bulk transfers: the count claimed, true or not
     bool unplug = false;  ///< the device that the call is about leaves the bus with this call
     int endpoint = -1;    ///< bulk transfers: only those of this endpoint; -1: any
+    std::function<void()> meanwhile = {};  ///< done when the call comes, before its work
 };
 
 /// A device on the simulated bus.
@@ -49,6 +51,11 @@ struct Device {
     bool refuseOpen = false;               ///< LIBUSB_ERROR_ACCESS
     bool refuseClaim = false;              ///< LIBUSB_ERROR_BUSY
     std::shared_ptr<Controller> controller = {};  ///< null: never accepts and never answers
+    // Where it is plugged in.
+    std::uint8_t bus = 1;
+    std::vector<std::uint8_t> ports = {};  ///< from the root hub on; empty: its number, from 1 on
+    std::uint8_t address = 0;              ///< 0: its number, from 2 on
+    bool kernelDriver = false;             ///< a driver of the system holds interface 0
 };
 
 /// The bus that exists only in this process, behind the libusb-1.0 functions that the tool calls.

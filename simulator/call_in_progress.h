@@ -47,6 +47,9 @@ public:
     template <class Work>
     int run(Work work) {
         fault = state.takeFaults(call);
+        if (fault.meanwhile) {
+            fault.meanwhile();
+        }
         if (fault.unplug && call.device >= 0) {
             slot().present = false;
         }

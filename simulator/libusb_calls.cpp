@@ -92,7 +92,8 @@ int claim(State::Slot& slot, Token handle, int number) {
     if (number != 0) {
         return LIBUSB_ERROR_NOT_FOUND;
     }
-    if (slot.device.refuseClaim || (slot.claimedBy != 0 && slot.claimedBy != handle)) {
+    if (slot.device.refuseClaim || slot.device.kernelDriver ||
+        (slot.claimedBy != 0 && slot.claimedBy != handle)) {
         return LIBUSB_ERROR_BUSY;
     }
     slot.claimedBy = handle;
