@@ -62,10 +62,11 @@ void close(libusb_device_handle* handle) {
     libusb_close(handle);
 }
 
-int send(libusb_device_handle* handle, std::span<const std::uint8_t> bytes, unsigned int timeout) {
+int send(libusb_device_handle* handle, std::span<const std::uint8_t> bytes, unsigned int timeout,
+         int* sent) {
     // The library takes one type for both directions; what it sends it does not change.
     return transfer(handle, wire::EndpointOut, const_cast<unsigned char*>(bytes.data()),
-                    bytes.size(), nullptr, timeout);
+                    bytes.size(), sent, timeout);
 }
 
 int receive(libusb_device_handle* handle, std::span<std::uint8_t> bytes, unsigned int timeout,

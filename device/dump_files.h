@@ -20,6 +20,8 @@ public:
     Files(const std::string& folder, const InputModeInfo& mode);
 
     bool hasRaw() const { return hasRaw_; }
+    const std::string& textPath() const { return text_; }
+    const std::string& rawPath() const { return raw_; }  ///< if there is one
     // False: the block is not in the file, or not whole. A round of a capture opens the text file
     // even when it has nothing to write.
     bool appendRaw(std::span<const std::uint8_t> block) const;

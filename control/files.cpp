@@ -1,0 +1,140 @@
+#include "control/files.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <filesystem>
+#include <random>
+#include <system_error>
+
+#include "control/text.h"
+#include "device/file_stream.h"
+
+namespace control {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* CheckName = "Check the name and the permissions, and try again.";
+
+std::string lastError() {
+    const int error = errno;
+    return error != 0 ? std::generic_category().message(error) : "it is no file";
+}
+
+/// Opens what `readableSize` takes.
+file::Stream openToRead(const std::string& path, std::size_t most, std::size_t& size) {
+    if (file::wouldWait(path.c_str(), "rb")) {
+        throw fileFailure(path, "is a pipe or a device", "Copy it into a file, and name that.");
+    }
+    errno = 0;
+    file::Stream stream = file::open(path.c_str(), "rb");
+    if (!stream) {
+        throw fileFailure(path, "cannot be read: " + lastError(), CheckName);
+    }
+    errno = 0;
+    const long length = file::length(stream.get());
+    if (length < 0) {
+        throw fileFailure(path, "cannot be read: " + lastError(), CheckName);
+    }
+    size = static_cast<std::size_t>(length);
+    if (size > most) {
+        throw fileFailure(path,
+                          "is too large: " + std::to_string(size) + " bytes, at most " +
+                              std::to_string(most) + " fit",
+                          "Choose a smaller file.");
+    }
+    return stream;
+}
+
+/// Writes and closes. False: not all of it is there.
+bool write(file::Stream stream, std::span<const std::uint8_t> bytes) {
+    const bool written = std::fwrite(bytes.data(), 1, bytes.size(), stream.get()) == bytes.size();
+    return std::fclose(stream.release()) == 0 && written;
+}
+
+Failure notWritten(const std::string& path) {
+    return fileFailure(path, "cannot be written: " + lastError(),
+                       "Check the folder, its permissions and the room on the disk.");
+}
+
+/// A name beside the file that nothing has.
+std::string nameBeside(const fs::path& file) {
+    std::random_device random;
+    return file.string() + "." + std::to_string(random()) + ".new";
+}
+
+void writeBeside(const std::string& path, const fs::path& file,
+                 std::span<const std::uint8_t> bytes) {
+    const std::string fresh = nameBeside(file);
+    errno = 0;
+    file::Stream stream(std::fopen(fresh.c_str(), "wbx"));
+    if (!stream) {
+        throw notWritten(path);
+    }
+    std::error_code error;
+    const bool written = write(std::move(stream), bytes);
+    if (written) {
+        if (const fs::file_status old = fs::status(file, error); fs::is_regular_file(old)) {
+            fs::permissions(fresh, old.permissions(), error);
+        }
+        fs::rename(fresh, file, error);
+    }
+    if (!written || error) {
+        const Failure failure = notWritten(path);
+        fs::remove(fresh, error);
+        throw failure;
+    }
+}
+
+}  // namespace
+
+Failure fileFailure(const std::string& path, const std::string& what, const std::string& hint) {
+    return {ExitCode::File, "\"" + path + "\" " + what + ".", hint};
+}
+
+std::size_t readableSize(const std::string& path, std::size_t most) {
+    std::size_t size = 0;
+    openToRead(path, most, size);
+    return size;
+}
+
+std::vector<std::uint8_t> readWhole(const std::string& path, std::size_t most) {
+    std::size_t size = 0;
+    const file::Stream stream = openToRead(path, most, size);
+    std::vector<std::uint8_t> bytes(size);
+    if (std::fread(bytes.data(), 1, size, stream.get()) != size) {
+        throw fileFailure(path, "cannot be read to its end", "Try again.");
+    }
+    return bytes;
+}
+
+std::vector<std::uint8_t> readHead(const std::string& path, std::size_t limit) {
+    std::size_t size = 0;
+    const file::Stream stream = openToRead(path, static_cast<std::size_t>(-1), size);
+    const file::Head head = file::readHead(stream.get(), limit);
+    return {head.bytes.get(), head.bytes.get() + head.size};
+}
+
+void writeWhole(const std::string& path, std::span<const std::uint8_t> bytes) {
+    std::error_code error;
+    const fs::file_status status = fs::status(path, error);
+    if (!fs::exists(status) || fs::is_regular_file(status)) {
+        const fs::path file = fs::exists(status) ? fs::canonical(path, error) : fs::path(path);
+        return writeBeside(path, file, bytes);
+    }
+    errno = 0;
+    file::Stream stream = file::open(path.c_str(), "wb");
+    if (!stream || !write(std::move(stream), bytes)) {
+        throw notWritten(path);
+    }
+}
+
+void requireFolder(const std::string& path) {
+    std::error_code error;
+    if (!fs::is_directory(path, error)) {
+        throw fileFailure(path, "is no folder", "Make it first, or name another.");
+    }
+}
+
+}  // namespace control

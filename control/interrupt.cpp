@@ -1,0 +1,46 @@
+#include "control/interrupt.h"
+
+#include "control/failure.h"
+
+namespace control::interrupt {
+
+namespace {
+
+volatile std::sig_atomic_t asked = 0;
+
+extern "C" void takeSignal(int signal) {
+    asked = 1;
+    std::signal(signal, SIG_DFL);
+}
+
+auto catchSignal(int signal) {
+    const auto before = std::signal(signal, takeSignal);
+    if (before == SIG_IGN) {
+        std::signal(signal, SIG_IGN);
+    }
+    return before;
+}
+
+}  // namespace
+
+Watch::Watch() {
+    asked = 0;
+    onInterrupt_ = catchSignal(SIGINT);
+    onTerminate_ = catchSignal(SIGTERM);
+}
+
+Watch::~Watch() {
+    std::signal(SIGINT, onInterrupt_);
+    std::signal(SIGTERM, onTerminate_);
+    asked = 0;
+}
+
+bool requested() { return asked != 0; }
+
+void check() {
+    if (requested()) {
+        throw Interrupted();
+    }
+}
+
+}  // namespace control::interrupt

@@ -1,0 +1,30 @@
+#ifndef LUMADOT_CONTROL_INTERRUPT_H
+#define LUMADOT_CONTROL_INTERRUPT_H
+
+#include <csignal>
+
+namespace control::interrupt {
+
+/// While it lives, the first SIGINT or SIGTERM only sets `requested`, so that the program gives
+/// back what it holds; the next one ends the program at once. A signal that was ignored stays so.
+class Watch {
+public:
+    Watch();
+    ~Watch();
+    Watch(const Watch&) = delete;
+    Watch& operator=(const Watch&) = delete;
+
+private:
+    using Handler = void (*)(int);
+    Handler onInterrupt_;
+    Handler onTerminate_;
+};
+
+bool requested();
+
+/// Throws Interrupted when a signal has asked for the end.
+void check();
+
+}  // namespace control::interrupt
+
+#endif
