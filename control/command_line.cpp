@@ -28,7 +28,8 @@ void addOptions(CLI::App& app, Options& options) {
     app.add_flag("--quiet", options.quiet, "No messages but errors");
     app.add_flag("--verbose", options.verbose, "Tell every transfer");
     app.add_flag("--dry-run", options.dryRun, "Print the frames, open no controller");
-    app.add_option("--timeout", options.timeout, "For every transfer but a dump's: 1 to 600000 ms, otherwise 1000")
+    app.add_option("--timeout", options.timeout,
+                   "For every transfer but a dump's: 1 to 600000 ms, otherwise 1000")
         ->check(between(1, 600000))
         ->type_name("MS");
 }
@@ -39,7 +40,6 @@ std::unique_ptr<CLI::App> makeCommandLine(Options& options, Action& chosen) {
     auto app = std::make_unique<CLI::App>("Drives the LUMADOT display controller.", "lumadotctl");
     const auto formatter = std::make_shared<Formatter>();
     formatter->label("SUBCOMMAND", "COMMAND");
-    formatter->label("Subcommands", "Commands");
     formatter->label("Positionals", "Operands");
     formatter->column_width(30);
     app->formatter(formatter);
@@ -48,10 +48,11 @@ std::unique_ptr<CLI::App> makeCommandLine(Options& options, Action& chosen) {
     app->fallthrough();
     addOptions(*app, options);
     for (const Verb& verb : commands()) {
-        verb.define(*app->add_subcommand(verb.name, verb.description), chosen);
+        verb.define(*app->add_subcommand(verb.name, verb.description)->group("Commands"), chosen);
     }
     app->require_subcommand(1);
-    app->footer("lumadotctl COMMAND --help tells more. These options may stand behind a command, too.");
+    app->footer(
+        "lumadotctl COMMAND --help tells more. These options may stand behind a command, too.");
     return app;
 }
 

@@ -1,7 +1,7 @@
 # What `cmake --install` puts where, and the packages. The simulated bus stays in the build tree: an
 # installed library with libusb's name could get in front of the real one.
 
-install(TARGETS lumadot-tool RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(TARGETS lumadot-tool lumadotctl RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(FILES LICENSE CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
 if(UNIX AND NOT APPLE)
@@ -12,8 +12,18 @@ if(UNIX AND NOT APPLE)
     DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
   install(FILES ${LUMADOT_LINUX_FILES}/lumadot-tool.svg
     DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps)
-  install(FILES ${LUMADOT_LINUX_FILES}/lumadot-tool.1
+  install(FILES ${LUMADOT_LINUX_FILES}/lumadot-tool.1 ${LUMADOT_LINUX_FILES}/lumadotctl.1
     DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+  foreach(completion bash:bash-completion/completions/lumadotctl zsh:zsh/site-functions/_lumadotctl
+                     fish:fish/vendor_completions.d/lumadotctl.fish)
+    string(REPLACE ":" ";" completion ${completion})
+    list(GET completion 0 shell)
+    list(GET completion 1 file)
+    cmake_path(GET file PARENT_PATH folder)
+    cmake_path(GET file FILENAME name)
+    install(FILES ${PROJECT_BINARY_DIR}/completions/${shell} RENAME ${name}
+      DESTINATION ${CMAKE_INSTALL_DATADIR}/${folder})
+  endforeach()
   # udev's own folder: "lib" on every architecture, never lib/<triplet>.
   install(FILES ${LUMADOT_LINUX_FILES}/65-lumadot.rules DESTINATION lib/udev/rules.d)
 endif()

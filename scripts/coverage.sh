@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Line and branch coverage of app/, device/ and ui/ by all tests. Fails under 98 % of the lines.
+# Line and branch coverage of app/, control/, device/ and ui/ by all tests. Fails under 98 % of the lines.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 # shellcheck source=scripts/lib/packages.sh
@@ -9,7 +9,7 @@ need_packages "${COVERAGE_PACKAGES[@]}"
 find build/coverage -name '*.gcda' -delete 2>/dev/null || true
 scripts/test.sh coverage
 report() {
-  gcovr --root . --object-directory build/coverage --filter app/ --filter device/ --filter ui/ \
+  gcovr --root . --object-directory build/coverage --filter app/ --filter control/ --filter device/ --filter ui/ \
     --exclude-throw-branches --exclude-unreachable-branches "$@"
 }
 report --branches

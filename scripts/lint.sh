@@ -7,6 +7,8 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 # shellcheck source=scripts/lib/packages.sh
 . scripts/lib/packages.sh
 
+sources=(app control device ui simulator)
+
 # files PATTERN... : tracked and new files, ended by zero bytes.
 files() {
   git ls-files -z --cached --others --exclude-standard -- "$@"
@@ -29,7 +31,7 @@ tidy() {
 check_clang_tidy() {
   local result=0
   cmake --preset lint >/dev/null || return
-  tidy .clang-tidy 'app/*.cpp' 'device/*.cpp' 'ui/*.cpp' 'simulator/*.cpp' || result=1
+  tidy .clang-tidy "${sources[@]/%//*.cpp}" || result=1
   tidy tests/.clang-tidy 'tests/*.cpp' 'fuzz/*.cpp' 'bench/*.cpp' || result=1
   return $result
 }
@@ -37,7 +39,7 @@ check_clang_tidy() {
 check_cppcheck() {
   cppcheck --quiet --std=c++20 --language=c++ --library=wxwidgets -I . \
     --enable=warning,performance,portability --inline-suppr --error-exitcode=1 \
-    app device ui simulator fuzz bench
+    "${sources[@]}" fuzz bench
 }
 
 check_shell() {

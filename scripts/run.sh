@@ -29,8 +29,8 @@ cmake --preset release >build/configure.log 2>&1 || {
   cat build/configure.log
   exit 1
 }
-echo "Building $build/lumadot-tool"
-cmake --build --preset release --target lumadot-tool usb_standin
+echo "Building $build/lumadot-tool and $build/lumadotctl"
+cmake --build --preset release --target lumadot-tool lumadotctl usb_standin
 
 if ! has_display; then
   need_packages "${RUN_PACKAGES[@]}"

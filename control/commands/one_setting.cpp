@@ -45,7 +45,11 @@ ExitCode setBrightness(Session& session, int level) {
     session.document()["brightness"] = level;
     session.done("Set the brightness to " + std::to_string(level) + ".");
     // So that the frames of a script that turns it up keep the distance that the window keeps.
-    session.pause(Milliseconds(wire::BrightnessPause));
+    try {
+        session.pause(Milliseconds(wire::BrightnessPause));
+    } catch (const Interrupted&) {
+        return ExitCode::Done;
+    }
     return ExitCode::Done;
 }
 

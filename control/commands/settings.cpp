@@ -136,7 +136,7 @@ ExitCode diff(Session& session, const Arguments& arguments) {
 void addAction(CLI::App& app, const std::string& name, const std::string& description,
                Action& chosen, ExitCode (*action)(Session&, const Arguments&)) {
     auto arguments = std::make_shared<Arguments>();
-    CLI::App* const command = app.add_subcommand(name, description);
+    CLI::App* const command = app.add_subcommand(name, description)->group("Commands");
     command->add_option("FILE", arguments->file, "A settings file of 23 bytes")->required();
     if (action == load) {
         command->add_flag("--store", arguments->store, "Store them on the controller, too");

@@ -11,15 +11,21 @@ trap 'rm -rf "$prefix"' EXIT
 "$cmake" --install "$build" --prefix "$prefix" >/dev/null
 
 expected='bin/lumadot-tool
+bin/lumadotctl
 lib/udev/rules.d/65-lumadot.rules
 share/applications/lumadot-tool.desktop
+share/bash-completion/completions/lumadotctl
 share/doc/lumadot-tool/CHANGELOG.md
 share/doc/lumadot-tool/LICENSE
+share/fish/vendor_completions.d/lumadotctl.fish
 share/icons/hicolor/scalable/apps/lumadot-tool.svg
 share/man/man1/lumadot-tool.1
-share/metainfo/io.github.lumadot.lumadot_tool.metainfo.xml'
+share/man/man1/lumadotctl.1
+share/metainfo/io.github.lumadot.lumadot_tool.metainfo.xml
+share/zsh/site-functions/_lumadotctl'
 diff <(echo "$expected") <(cd "$prefix" && find . -type f -printf '%P\n' | LC_ALL=C sort)
 
 test -x "$prefix/bin/lumadot-tool"
+test -x "$prefix/bin/lumadotctl"
 # The desktop entry starts what was installed.
 grep -qx 'Exec=lumadot-tool' "$prefix/share/applications/lumadot-tool.desktop"

@@ -1,0 +1,17 @@
+#ifndef LUMADOT_TESTS_CONTROL_PAUSES_H
+#define LUMADOT_TESTS_CONTROL_PAUSES_H
+
+#include <functional>
+#include <vector>
+
+namespace support {
+
+/// The pauses that lumadotctl has asked for since the last call, in ms; they take no time.
+std::vector<long> takePauses();
+
+/// What happens in each pause from now on, instead of nothing.
+void onPause(std::function<void()> action);
+
+}  // namespace support
+
+#endif
