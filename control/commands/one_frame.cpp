@@ -28,9 +28,9 @@ ExitCode logo(Session& session) {
     return ExitCode::Done;
 }
 
-bool answers(Session& session, const std::string& place) {
+bool answers(Session& session, const std::string& choice) {
     try {
-        readSettings(*session.connect(place));
+        readSettings(*session.connect(choice));
         return true;
     } catch (const Interrupted&) {
         throw;
@@ -39,14 +39,14 @@ bool answers(Session& session, const std::string& place) {
     }
 }
 
-/// Until the controller at this place answers again.
-void waitFor(Session& session, const std::string& place) {
+/// Until this controller answers again.
+void waitFor(Session& session, const std::string& choice) {
     constexpr double Longest = 10;  // s
     constexpr Milliseconds Between{100};
     const TimePoint start = now();
     do {
         session.pause(Between);
-        if (answers(session, place)) {
+        if (answers(session, choice)) {
             const double seconds = secondsSince(start);
             session.document()["answeredAfter"] = seconds;
             session.done("It answers again after " + decimal(seconds) + " s.");
@@ -59,16 +59,19 @@ void waitFor(Session& session, const std::string& place) {
 }
 
 ExitCode reset(Session& session, bool wait) {
-    std::string place;
+    std::string choice = session.options().device;
     {
         const auto channel = session.connect();
         channel->send(frames::command(Command::Reset));
-        place = channel->device() != nullptr ? placeText(*channel->device()) : "";
+        // A port that cannot be read is none to wait at.
+        if (channel->device() != nullptr && !channel->device()->port.empty()) {
+            choice = placeText(*channel->device());
+        }
     }
     session.document()["sent"] = "reset";
     session.done("Reset the controller.");
     if (wait) {
-        waitFor(session, place);
+        waitFor(session, choice);
     }
     return ExitCode::Done;
 }

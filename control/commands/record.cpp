@@ -21,21 +21,30 @@ struct Arguments {
     bool reconnect = false;
 };
 
+/// A signal ends a recording, and is no failure, however early it comes.
+ExitCode endBeforeTheFirstFrame(Session& session) {
+    session.document()["record"] = {{"mode", nullptr}, {"text", nullptr}, {"raw", nullptr},
+                                    {"frames", 0},     {"refused", 0},    {"lost", 0},
+                                    {"seconds", 0.0},  {"rate", 0.0},     {"endedBy", "signal"}};
+    session.done("Ended before the first frame.");
+    return ExitCode::Done;
+}
+
 ExitCode record(Session& session, const Arguments& arguments) {
     requireFolder(arguments.folder);
     const auto wanted =
         arguments.mode.empty() ? std::nullopt : std::optional(lookUp(modeNames(), arguments.mode));
-    auto channel = session.connect();
+    std::unique_ptr<Channel> channel;
     std::uint8_t mode = 0;
     try {
+        channel = session.connect();
         mode = readSettings(*channel).record.inputMode;
         if (wanted) {
             mode = *wanted;
             channel->send(frames::command(Command::SelectMode, mode));
         }
     } catch (const Interrupted&) {
-        session.done("Ended before the first frame.");
-        return ExitCode::Done;
+        return endBeforeTheFirstFrame(session);
     }
     Recording recording(session, std::move(channel), arguments.folder, mode, arguments.limits);
     if (arguments.reconnect) {

@@ -70,14 +70,11 @@ struct Outcome {
     std::string message = {};
 };
 
-bool isPlace(const std::string& function) {
-    return function == "libusb_get_bus_number" || function == "libusb_get_device_address" ||
-           function == "libusb_get_port_numbers";
-}
-
-bool givesBack(const std::string& function) {
-    return function == "libusb_release_interface" || function == "libusb_close" ||
-           function == "libusb_free_device_list" || function == "libusb_exit";
+/// What returns nothing, or a number that is no error.
+bool cannotFail(const std::string& function) {
+    return function == "libusb_close" || function == "libusb_free_device_list" ||
+           function == "libusb_exit" || function == "libusb_get_bus_number" ||
+           function == "libusb_get_device_address";
 }
 
 Outcome ended(const Error& error, const std::string& what) {
@@ -122,7 +119,7 @@ Outcome outcomeOfTransfer(const Subject& subject, const Call& call, const Error&
 
 Outcome outcomeOf(const Subject& subject, const Call& call, const Error& error) {
     const std::string& function = call.function;
-    if (givesBack(function) || isPlace(function)) {
+    if (function == "libusb_release_interface" || function == "libusb_get_port_numbers") {
         return {};
     }
     if (function == "libusb_init") {
@@ -198,8 +195,10 @@ private:
 TEST_P(Faults, EveryErrorOfEveryCallEndsAsItShould) {
     const std::vector<Call> calls = usualCalls();
     for (std::size_t i = 0; i < calls.size(); ++i) {
-        const bool isAfterwards =
-            GetParam().transfers == Transfers::Polled && i > 12 && !givesBack(calls[i].function);
+        if (cannotFail(calls[i].function)) {
+            continue;
+        }
+        const bool isAfterwards = GetParam().transfers == Transfers::Polled && i > 12;
         for (const Error& error : Errors) {
             SCOPED_TRACE("call " + std::to_string(i + 1) + ", " + support::lineOf(calls[i]) + ": " +
                          error.name);

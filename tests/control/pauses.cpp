@@ -3,6 +3,7 @@
 #include <chrono>
 #include <utility>
 
+#include "control/clock.h"
 #include "control/interrupt.h"
 
 namespace support {
@@ -11,6 +12,7 @@ namespace {
 
 std::vector<long> pauses;
 std::function<void()> inPause;
+control::Milliseconds paused{0};
 
 }  // namespace
 
@@ -20,12 +22,26 @@ void onPause(std::function<void()> action) { inPause = std::move(action); }
 
 }  // namespace support
 
-/// In front of control::pause: the program is linked with --wrap.
-extern "C" void __wrap__ZN7control5pauseENSt6chrono8durationIlSt5ratioILl1ELl1000EEEE(
+// In front of the functions of control/clock.h: the program is linked with --wrap.
+extern "C" {
+
+control::TimePoint __wrap__ZN7control3nowEv() {
+    return std::chrono::steady_clock::now() + support::paused;
+}
+
+double
+__wrap__ZN7control12secondsSinceENSt6chrono10time_pointINS0_3_V212steady_clockENS0_8durationIlSt5ratioILl1ELl1000000000EEEEEE(
+    control::TimePoint start) {
+    return std::chrono::duration<double>(control::now() - start).count();
+}
+
+void __wrap__ZN7control5pauseENSt6chrono8durationIlSt5ratioILl1ELl1000EEEE(
     std::chrono::milliseconds time) {
     support::pauses.push_back(time.count());
+    support::paused += time;
     if (support::inPause) {
         support::inPause();
     }
     control::interrupt::check();
+}
 }

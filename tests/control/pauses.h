@@ -6,7 +6,8 @@
 
 namespace support {
 
-/// The pauses that lumadotctl has asked for since the last call, in ms; they take no time.
+/// The pauses that lumadotctl has asked for since the last call, in ms. They take no time, but its
+/// clock has moved on by them.
 std::vector<long> takePauses();
 
 /// What happens in each pause from now on, instead of nothing.

@@ -14,7 +14,15 @@ using support::Ran;
 
 using Usage = ControlTest;
 
-class WrongUsage : public Usage, public testing::WithParamInterface<Arguments> {};
+class WrongUsage : public Usage, public testing::WithParamInterface<Arguments> {
+protected:
+    /// What is started all the same ends soon, and leaves nothing behind.
+    WrongUsage() {
+        std::filesystem::current_path(folder.path());
+        bus.inject({.nth = 100, .meanwhile = [] { std::raise(SIGTERM); }});
+    }
+    ~WrongUsage() override { std::filesystem::current_path("/"); }
+};
 
 TEST_P(WrongUsage, IsExitCodeTwoAndTouchesNoController) {
     bus.plugController();
