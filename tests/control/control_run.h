@@ -3,42 +3,14 @@
 
 #include <gmock/gmock.h>
 
-#include <ostream>
-#include <sstream>
 #include <string>
-#include <vector>
 
-#include "control/run.h"
 #include "simulator/bus.h"
+#include "tests/control/ran.h"
 #include "tests/support/call_lines.h"
 #include "tests/support/temporary_folder.h"
 
 namespace support {
-
-/// What a run of lumadotctl has left.
-struct Ran {
-    int code = 0;
-    std::string out = {};
-    std::string err = {};
-    bool operator==(const Ran&) const = default;
-};
-
-inline std::ostream& operator<<(std::ostream& stream, const Ran& ran) {
-    return stream << "exit code " << ran.code << "\n--- out\n" << ran.out << "--- err\n" << ran.err;
-}
-
-using Arguments = std::vector<std::string>;
-
-inline Ran lumadotctl(const Arguments& arguments) {
-    std::vector<const char*> pointers;
-    for (const std::string& argument : arguments) {
-        pointers.push_back(argument.c_str());
-    }
-    std::ostringstream out;
-    std::ostringstream err;
-    const int code = control::run(pointers, out, err);
-    return {code, out.str(), err.str()};
-}
 
 /// What went over the wire, a line a transfer: "81 C3 E7 FF 02 02 00*2046", or "(63 asked for)".
 inline Lines wire() {

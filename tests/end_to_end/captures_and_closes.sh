@@ -9,21 +9,7 @@ start_tool "$PROGRAM" "$BUS"
 press Down
 expect_frame "the input mode" "02 01 00"
 press Tab Tab space
-folder_dialog_is_there() {
-  DIALOG=$(xdotool search --onlyvisible --name '^Choose dump directory$' 2>/dev/null | head -n 1)
-  [[ -n $DIALOG ]]
-}
-wait_until "the folder dialog is there" folder_dialog_is_there
-activate "$DIALOG"
-press alt+Home
-folder_is_taken() {
-  folder_dialog_is_there || return 0
-  press alt+o # "Open" can be pressed once the folder has been read.
-  return 1
-}
-wait_until "the home folder is taken" folder_is_taken
-frames_are_there() { [[ $(cat "$HOME"/*_lumadot_dump.txt 2>/dev/null | grep -c '^0x') -ge 10 ]]; }
-wait_until "ten frames are in the text file" frames_are_there
+capture_into_home
 check "exit code 0" close_tool
 
 text=("$HOME"/*_lumadot_dump.txt)

@@ -26,3 +26,22 @@ check() {
 
 # Windows of the tool on the display, the hidden ones left out.
 windows() { xdotool search --onlyvisible --pid "$TOOL" --name . | wc -l; }
+
+# Answers the dialog of a capture that has just been ticked with the home folder, and waits for ten frames.
+capture_into_home() {
+  wait_until "the folder dialog is there" folder_dialog_is_there
+  activate "$DIALOG"
+  press alt+Home
+  wait_until "the home folder is taken" folder_is_taken
+  wait_until "ten frames are in the text file" frames_are_there
+}
+folder_dialog_is_there() {
+  DIALOG=$(xdotool search --onlyvisible --name '^Choose dump directory$' 2>/dev/null | head -n 1)
+  [[ -n $DIALOG ]]
+}
+folder_is_taken() {
+  folder_dialog_is_there || return 0
+  press alt+o # "Open" can be pressed once the folder has been read.
+  return 1
+}
+frames_are_there() { [[ $(cat "$HOME"/*_lumadot_dump.txt 2>/dev/null | grep -c '^0x') -ge 10 ]]; }

@@ -1,5 +1,6 @@
 #include "tests/device/real_library/mocked_usbfs.h"
 
+#include <filesystem>
 #include <stdexcept>
 #include <utility>
 
@@ -114,6 +115,22 @@ MockedUsbfs::MockedUsbfs(UsbfsOptions options)
     }
     plugged_ = true;
     announce(place_, "add");
+}
+
+void MockedUsbfs::forbid() const {
+    namespace fs = std::filesystem;
+    char* const folder = umockdev_testbed_get_root_dir(Testbed::instance().get());
+    const fs::path root = folder;
+    g_free(folder);
+    // The wrapper ends a program that it cannot connect to the ioctls' socket, even if the device
+    // is not opened: the way there is open, the device's own file is not.
+    constexpr auto Everybody = fs::perms::all;
+    fs::permissions(root, Everybody);
+    for (const auto& entry : fs::recursive_directory_iterator(root / "ioctl")) {
+        fs::permissions(entry.path(), Everybody);
+    }
+    fs::permissions(root / "ioctl", Everybody);
+    fs::permissions(root.string() + place_.node(), fs::perms::none);
 }
 
 void MockedUsbfs::unplug() {

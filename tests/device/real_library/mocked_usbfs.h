@@ -32,6 +32,9 @@ public:
     /// Address on the bus; no two devices of a process have the same, up to 126 of them.
     int address() const { return place_.address; }
 
+    /// From now on nobody but root may open it.
+    void forbid() const;
+
     /// Pulls the controller out, if it is not out yet, and announces it to libusb.
     void unplug();
 

@@ -82,6 +82,8 @@ int UsbfsDevice::perform(std::unique_lock<std::mutex>& lock, UMockdevIoctlClient
             return claim(client, argument);
         case USBDEVFS_RELEASEINTERFACE:
             return releaseClaim(client);
+        case USBDEVFS_GETDRIVER:
+            return reportDriver(argument);
         case USBDEVFS_SUBMITURB:
             return submit(client, argument);
         case USBDEVFS_DISCARDURB:
@@ -114,7 +116,7 @@ int UsbfsDevice::claim(UMockdevIoctlClient* client, UMockdevIoctlData* argument)
     if (faults_.claimError != 0) {
         return faults_.claimError;
     }
-    if (holder_ != nullptr && holder_ != client) {
+    if (!faults_.driver.empty() || (holder_ != nullptr && holder_ != client)) {
         return EBUSY;
     }
     holder_ = client;
@@ -127,6 +129,21 @@ int UsbfsDevice::releaseClaim(UMockdevIoctlClient* client) {
     }
     holder_ = nullptr;
     endWaiting(files_[client], -ENOENT);
+    return 0;
+}
+
+/// The driver of an interface that a program holds is usbfs itself.
+int UsbfsDevice::reportDriver(UMockdevIoctlData* argument) const {
+    const std::string name =
+        faults_.driver.empty() && holder_ != nullptr ? "usbfs" : faults_.driver;
+    const IoctlData place = follow(argument, 0, sizeof(usbdevfs_getdriver));
+    if (!place || name.empty()) {
+        return place ? ENODATA : EFAULT;
+    }
+    usbdevfs_getdriver answer{};
+    name.copy(answer.driver, sizeof answer.driver - 1);
+    umockdev_ioctl_data_update(place.get(), 0, reinterpret_cast<std::uint8_t*>(&answer),
+                               sizeof answer);
     return 0;
 }
 

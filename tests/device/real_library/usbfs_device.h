@@ -38,6 +38,7 @@ struct UsbfsFaults {
     bool acceptNothing = false;                  ///< no OUT transfer gets through
     bool stallStrings = false;                   ///< string descriptors are refused
     int claimError = 0;                          ///< errno of every claim
+    std::string driver = {};                     ///< of the system, which holds the interface
     std::optional<std::size_t> replyLimit = {};  ///< replies are cut to this many bytes
     int pullOutAt = 0;  ///< the nth bulk request from now (1 = the next) finds the device gone
 };
@@ -103,6 +104,7 @@ private:
     int reportCapabilities(UMockdevIoctlData* argument) const;
     int claim(UMockdevIoctlClient* client, UMockdevIoctlData* argument);
     int releaseClaim(UMockdevIoctlClient* client);
+    int reportDriver(UMockdevIoctlData* argument) const;
     int submit(UMockdevIoctlClient* client, UMockdevIoctlData* argument);
     int discard(OpenFile& file, unsigned long clientAddress);
     int reap(std::unique_lock<std::mutex>& lock, OpenFile& file, UMockdevIoctlData* argument);
