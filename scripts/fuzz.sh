@@ -69,5 +69,5 @@ failed=0
 for name in "${targets[@]}"; do
   fuzz "$name" || failed=1
 done
-rm -f /dev/shm/lumadot-fuzz-*
+rm -rf /dev/shm/lumadot-fuzz-*
 exit $failed
