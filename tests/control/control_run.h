@@ -7,7 +7,8 @@
 
 #include "simulator/bus.h"
 #include "tests/control/ran.h"
-#include "tests/support/call_lines.h"
+#include "tests/support/bus_log.h"
+#include "tests/support/byte_text.h"
 #include "tests/support/temporary_folder.h"
 
 namespace support {

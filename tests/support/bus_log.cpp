@@ -3,12 +3,9 @@
 #include <array>
 #include <cstdint>
 
-#include "simulator/bus.h"
 #include "tests/support/byte_text.h"
 
 namespace support {
-
-namespace {
 
 std::string lineOf(const simulator::Call& call) {
     std::string line = call.function;
@@ -31,8 +28,6 @@ std::string lineOf(const simulator::Call& call) {
     const bool sent = line.starts_with("out") && !call.data.empty();
     return sent ? line + ": " + byteText(call.data) : line;
 }
-
-}  // namespace
 
 Lines callLines() {
     Lines lines;

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "simulator/bus.h"
+
 namespace support {
 
 /// The log of the simulated bus as text, one line a call. "#0" is the device that it is about,
@@ -19,6 +21,8 @@ namespace support {
 /// A transfer to the device shows the bytes that went over the wire; "counted" says that the
 /// transferred count was asked for.
 using Lines = std::vector<std::string>;
+
+std::string lineOf(const simulator::Call& call);
 
 /// All calls that the bus has logged.
 Lines callLines();
