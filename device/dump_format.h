@@ -59,7 +59,7 @@ private:
 
     Geometry display_;
     DotSums sums_;
-    std::array<Pair, 256> pairs_{};    ///< by the left dot's sum + 16 x the right dot's
+    std::array<Pair, 256> pairs_{};  ///< by the left dot's sum + 16 x the right dot's
     std::string block_;
 };
 

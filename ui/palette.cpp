@@ -1,5 +1,9 @@
 #include "ui/palette.h"
 
+#include <algorithm>
+#include <numeric>
+#include <span>
+
 namespace presets {
 
 namespace {
@@ -43,11 +47,48 @@ const Colours& colours(std::size_t index) { return All.at(index); }
 
 constinit std::array<unsigned char, PaletteSize> palette = presets::All[0];
 
-bool isShown(ShadeSet shades, std::size_t entry) {
-    constexpr std::uint16_t Four = 0b1000'0000'0001'0011;  // 0, 1, 4, 15
-    constexpr std::uint16_t Five = 0b1000'1000'1000'1001;  // 0, 3, 7, 11, 15
-    if (shades == ShadeSet::Sixteen) {
-        return true;
+namespace {
+
+/// The one table of the shades' entries, darkest first. The sixteen shades are all entries.
+std::span<const std::uint8_t> fewEntries(ShadeSet shades) {
+    static constexpr std::array<std::uint8_t, 4> Four = {0, 1, 4, 15};
+    static constexpr std::array<std::uint8_t, 5> Five = {0, 3, 7, 11, 15};
+    switch (shades) {
+        case ShadeSet::Four:
+            return Four;
+        case ShadeSet::Five:
+            return Five;
+        case ShadeSet::Sixteen:
+            break;
     }
-    return ((shades == ShadeSet::Four ? Four : Five) >> entry & 1U) != 0;
+    return {};
+}
+
+}  // namespace
+
+bool isShown(ShadeSet shades, std::size_t entry) {
+    const auto entries = fewEntries(shades);
+    return entries.empty() || std::ranges::find(entries, entry) != entries.end();
+}
+
+DigitEntries digitEntries(ShadeSet shades) {
+    DigitEntries entries{};
+    std::iota(entries.begin(), entries.end(), std::uint8_t{0});
+    std::ranges::copy(fewEntries(shades), entries.begin());
+    return entries;
+}
+
+DigitEntries digitEntries(const InputModeInfo& mode) {
+    const std::size_t count = fewEntries(mode.shades).size();
+    const bool numbers = std::ranges::any_of(mode.dots.digits, [&](char digit) {
+        return digit > '9' || static_cast<std::size_t>(digit - '0') >= count;
+    });
+    return digitEntries(numbers ? ShadeSet::Sixteen : mode.shades);
+}
+
+ShadeSet shadesUpTo(std::uint8_t highest) {
+    if (highest < fewEntries(ShadeSet::Four).size()) {
+        return ShadeSet::Four;
+    }
+    return highest < fewEntries(ShadeSet::Five).size() ? ShadeSet::Five : ShadeSet::Sixteen;
 }

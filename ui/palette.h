@@ -35,4 +35,18 @@ inline constexpr std::array<std::string_view, Count> Names = {
 /// compatibility: the four shades, 0, 1, 4 and 15, are not evenly spaced.
 bool isShown(ShadeSet shades, std::size_t entry);
 
+/// The palette entry, 0..15, in which each digit of a text dump is shown.
+using DigitEntries = std::array<std::uint8_t, PaletteEntries>;
+
+/// On a display with these shades digit n is the n-th of its entries; a digit beyond them, and on a
+/// display of sixteen shades every digit, is the number of an entry itself.
+DigitEntries digitEntries(ShadeSet shades);
+
+/// As a recording of this mode wants it: where its digits go beyond its shades (Gottlieb 1: 0, 3,
+/// 7, b, f), they are all numbers of entries.
+DigitEntries digitEntries(const InputModeInfo& mode);
+
+/// The fewest shades that have a digit as high as this, 0..15.
+ShadeSet shadesUpTo(std::uint8_t highest);
+
 #endif

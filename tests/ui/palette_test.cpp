@@ -63,4 +63,41 @@ INSTANTIATE_TEST_SUITE_P(WithShades, ShownEntries,
                                                    "xxxxxxxxxxxxxxxx"}),
                          [](const auto& test) { return test.param.name; });
 
+struct DigitCase {
+    std::string name;
+    DigitEntries entries;
+    std::array<std::uint8_t, 16> wanted;
+};
+
+class EntriesOfDigits : public testing::TestWithParam<DigitCase> {};
+
+TEST_P(EntriesOfDigits, AreThese) {
+    EXPECT_THAT(GetParam().entries, testing::ElementsAreArray(GetParam().wanted));
+}
+
+// clang-format off
+constexpr std::array<std::uint8_t, 16>
+    OfFour    = {0, 1, 4, 15,  4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15},
+    OfFive    = {0, 3, 7, 11, 15, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15},
+    OfSixteen = {0, 1, 2,  3,  4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15};
+INSTANTIATE_TEST_SUITE_P(OfShadesAndModes, EntriesOfDigits, testing::Values(
+    DigitCase{"FourShades",     digitEntries(ShadeSet::Four),                   OfFour},
+    DigitCase{"FiveShades",     digitEntries(ShadeSet::Five),                   OfFive},
+    DigitCase{"SixteenShades",  digitEntries(ShadeSet::Sixteen),                OfSixteen},
+    DigitCase{"BallyWilliams",  digitEntries(inputMode(InputMode::WPC)),        OfFour},
+    DigitCase{"SternSam",       digitEntries(inputMode(InputMode::Stern)),      OfSixteen},
+    DigitCase{"AlvinG",         digitEntries(inputMode(InputMode::AlvinG)),     OfFive},
+    DigitCase{"Gottlieb1",      digitEntries(inputMode(InputMode::Gottlieb1)),  OfSixteen}),
+    [](const auto& test) { return test.param.name; });
+// clang-format on
+
+TEST(Shades, AreChosenByTheHighestDigit) {
+    std::string chosen;
+    for (std::uint8_t highest = 0; highest < 16; ++highest) {
+        const ShadeSet shades = shadesUpTo(highest);
+        chosen += shades == ShadeSet::Four ? '4' : shades == ShadeSet::Five ? '5' : 'x';
+    }
+    EXPECT_EQ(chosen, "44445xxxxxxxxxxx");
+}
+
 }  // namespace
