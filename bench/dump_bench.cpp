@@ -22,6 +22,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/report.h"
 #include "device/dump_format.h"
 #include "device/file_stream.h"
 #include "device/input_mode.h"
@@ -223,17 +224,6 @@ private:
     std::map<std::string, double> values_;
 };
 
-bool report(const std::string& what, double value, const char* relation, double wanted,
-            bool holds) {
-    std::printf("%s  %-44s %8.2f  (wanted: %s %.2f)\n", holds ? "pass" : "FAIL", what.c_str(),
-                value, relation, wanted);
-    return holds;
-}
-
-bool atLeast(const std::string& what, double value, double wanted) {
-    return report(what, value, "at least", wanted, value >= wanted);
-}
-
 void registerAll() {
     const auto add = [](const std::string& name, auto run, int iterations) {
         auto* const made = benchmark::RegisterBenchmark(name.c_str(), run);
@@ -272,20 +262,21 @@ bool judge(const Medians& medians) {
         const double formatted = medians.of(name + "/formatted");
         std::printf("%s: formatted %.1f us, tool %.2f us, without writing %.2f us\n", format.name,
                     formatted, medians.of(name + "/tool"), medians.of(name + "/encode"));
-        good &= atLeast(name + ": faster than a formatted write a dot",
-                        formatted / medians.of(name + "/tool"), WantedTextGain);
-        good &= atLeast(name + ": the same without writing",
-                        formatted / medians.of(name + "/encode"), WantedTextGain);
+        good &= bench::atLeast(name + ": faster than a formatted write a dot",
+                               formatted / medians.of(name + "/tool"), WantedTextGain);
+        good &= bench::atLeast(name + ": the same without writing",
+                               formatted / medians.of(name + "/encode"), WantedTextGain);
     }
     const double bare = medians.of("bare loop") / Frames;
     const double whole = medians.of("capture") / Frames;
     const double bus = medians.of("bus") / Frames;
     std::printf("a frame: capture %.2f us, bare loop %.2f us, bus %.2f us, window events %.2f us\n",
                 whole, bare, bus, medians.of("yields") / Frames);
-    good &= atLeast("capture: frame rate against the bare loop's", bare / whole, WantedCaptureRate);
+    good &= bench::atLeast("capture: frame rate against the bare loop's", bare / whole,
+                           WantedCaptureRate);
     const double own = whole - bare - bus;
-    good &= report("capture: own time a frame, us", own, "under", WantedOwnMicroseconds,
-                   own < WantedOwnMicroseconds);
+    good &= bench::report("capture: own time a frame, us", own, "under", WantedOwnMicroseconds,
+                          own < WantedOwnMicroseconds);
     return good;
 }
 

@@ -31,7 +31,7 @@ inline constexpr std::uint8_t XlPlanes = 2;
 inline constexpr DotRule XlDots{DotRule::Sum::Weighted, XlPlanes, "0123"};
 
 /// The eight dots of a plane byte as the eight bytes of a word, the leftmost dot lowest.
-inline constexpr std::array<std::uint64_t, 256> Spread = [] {
+constexpr std::array<std::uint64_t, 256> spreadTable() {
     std::array<std::uint64_t, 256> table{};
     for (std::size_t bits = 0; bits < table.size(); ++bits) {
         for (std::size_t dot = 0; dot < DotsPerByte; ++dot) {
@@ -39,7 +39,8 @@ inline constexpr std::array<std::uint64_t, 256> Spread = [] {
         }
     }
     return table;
-}();
+}
+inline constexpr std::array<std::uint64_t, 256> Spread = spreadTable();
 
 /// Adds up the bits of each dot of a frame, as the rule of its input mode says.
 class DotSums {
