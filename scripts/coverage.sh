@@ -9,7 +9,8 @@ need_packages "${COVERAGE_PACKAGES[@]}"
 find build/coverage -name '*.gcda' -delete 2>/dev/null || true
 scripts/test.sh coverage
 report() {
-  gcovr --root . --object-directory build/coverage --filter app/ --filter control/ --filter device/ --filter display/ --filter ui/ \
+  gcovr --root . --object-directory build/coverage --filter app/ --filter control/ --filter device/ --filter display/ \
+    --filter recording/ --filter ui/ \
     --exclude-throw-branches --exclude-unreachable-branches "$@"
 }
 report --branches

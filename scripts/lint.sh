@@ -7,7 +7,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 # shellcheck source=scripts/lib/packages.sh
 . scripts/lib/packages.sh
 
-sources=(app control device display ui simulator)
+sources=(app control device display pictures recording ui simulator)
 
 # files PATTERN... : tracked and new files, ended by zero bytes.
 files() {
