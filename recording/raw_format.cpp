@@ -32,12 +32,29 @@ std::uint32_t stampAt(std::span<const std::uint8_t> bytes, std::size_t at) {
     return dump::timeStamp(bytes.subspan(at));
 }
 
+/// Where the first header from `at` on starts; behind the end if there is none.
+std::size_t findHeader(std::span<const std::uint8_t> bytes, std::size_t at) {
+    while (at < bytes.size()) {
+        const void* const letter = std::memchr(&bytes[at], 'R', bytes.size() - at);
+        if (letter == nullptr) {
+            break;
+        }
+        at = static_cast<std::size_t>(static_cast<const std::uint8_t*>(letter) - bytes.data());
+        if (RawFormat::isHeader(bytes.subspan(at))) {
+            return at;
+        }
+        ++at;
+    }
+    return bytes.size();
+}
+
 }  // namespace
 
 bool RawFormat::isHeader(std::span<const std::uint8_t> bytes) {
     static const dump::RawHeader Header = dump::rawHeader(0);
-    return bytes.size() >= HeaderBytes && std::memcmp(bytes.data(), Header.data(), PlanesAt) == 0 &&
-           bytes[PlanesAt] > 0 && bytes[PlanesAt] <= MaxPlanes;
+    return bytes.size() >= HeaderBytes &&
+           std::equal(Header.begin(), Header.end() - 1, bytes.begin()) && bytes[PlanesAt] > 0 &&
+           bytes[PlanesAt] <= MaxPlanes;
 }
 
 void RawFormat::moveTo(std::uint8_t planes, bool lookingForCuts) {
@@ -114,10 +131,7 @@ Damage RawFormat::cutAt(std::uint64_t offset, std::size_t length) const {
 
 /// Less than a frame: the end of the file, unless another capture began there.
 Piece RawFormat::readRest(std::span<const std::uint8_t> bytes, Piece piece) const {
-    std::size_t cut = 1;
-    while (cut < bytes.size() && !isHeader(bytes.subspan(cut))) {
-        ++cut;
-    }
+    const std::size_t cut = findHeader(bytes, 1);
     piece.last = cut >= bytes.size();
     piece.next = piece.last ? piece.offset : piece.offset + cut;
     piece.damage = piece.last ? Damage{.offset = piece.offset, .kind = Damage::Kind::EndsInside}
@@ -129,18 +143,23 @@ Piece RawFormat::readRest(std::span<const std::uint8_t> bytes, Piece piece) cons
 /// stamp; 0 if neither seems so. Of several places it is the one where the next frames come
 /// soonest.
 std::size_t RawFormat::findCut(std::span<const std::uint8_t> bytes) const {
+    const std::size_t size = frameBytes();
+    const std::size_t most = size + dump::RawStampSize;
+    const auto near = bytes.first(std::min(most + HeaderBytes, bytes.size()));
+    if (const std::size_t header = findHeader(near, 1); header < near.size()) {
+        return header;
+    }
+    const std::uint32_t before = stampAt(bytes, 0);
     std::size_t found = 0;
     std::uint32_t soonest = 2 * CredibleMs + 1;
-    for (std::size_t cut = 1; cut < frameBytes() + dump::RawStampSize; ++cut) {
-        if (cut != frameBytes() && isHeader(bytes.subspan(std::min(cut, bytes.size())))) {
-            return cut;
+    for (std::size_t cut = 1; cut < most && cut + dump::RawStampSize <= bytes.size(); ++cut) {
+        const std::uint32_t first = stepMs(before, stampAt(bytes, cut));
+        if (first > CredibleMs || cut == size) {
+            continue;
         }
-        const auto first =
-            cut != frameBytes() ? stepTo(bytes, cut, stampAt(bytes, 0)) : std::nullopt;
-        const auto second =
-            first ? stepTo(bytes, cut + frameBytes(), stampAt(bytes, cut)) : std::nullopt;
-        if (second && *first + *second < soonest) {
-            soonest = *first + *second;
+        const auto second = stepTo(bytes, cut + size, stampAt(bytes, cut));
+        if (second && first + *second < soonest) {
+            soonest = first + *second;
             found = cut;
         }
     }

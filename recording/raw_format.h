@@ -14,8 +14,8 @@
 namespace recording {
 
 /// A raw dump. Nothing in it says where a frame starts, so that a frame that was cut short (by a
-/// full disk, say) shifts all behind it. Where the time stamps make a leap, and the file does not end
-/// with a whole frame, the frames' true starts are looked for.
+/// full disk, say) shifts all behind it. Where the time stamps make a leap, and the file does not
+/// end with a whole frame, the frames' true starts are looked for.
 class RawFormat : public Format {
 public:
     /// More planes than any mode has; such a file is something else.

@@ -1,5 +1,6 @@
 #include "recording/recording.h"
 
+#include <algorithm>
 #include <stdexcept>
 #include <system_error>
 #include <utility>
@@ -21,7 +22,8 @@ constexpr std::size_t StartBytes = std::size_t{64} << 10;
 constexpr std::size_t ReaderBytes = SmallestWindow;
 
 std::vector<std::uint8_t> startOf(Source& source) {
-    std::vector<std::uint8_t> start(StartBytes);
+    std::vector<std::uint8_t> start(
+        static_cast<std::size_t>(std::min<std::uint64_t>(StartBytes, source.size())));
     start.resize(source.read(0, start));
     return start;
 }

@@ -1,6 +1,6 @@
 #include "recording/text_block.h"
 
-#include <algorithm>
+#include <cstring>
 
 #include "recording/text_scan.h"
 
@@ -34,9 +34,11 @@ Block::Block(std::span<const std::uint8_t> bytes, bool atEnd,
 
 Block::Line Block::line() const {
     const auto rest = bytes_.subspan(at_);
-    const auto end = std::ranges::find(rest, '\n');
-    const bool ended = end != rest.end();
-    auto text = rest.first(static_cast<std::size_t>(end - rest.begin()));
+    const void* const end = rest.empty() ? nullptr : std::memchr(rest.data(), '\n', rest.size());
+    const bool ended = end != nullptr;
+    auto text = ended ? rest.first(static_cast<std::size_t>(static_cast<const std::uint8_t*>(end) -
+                                                            rest.data()))
+                      : rest;
     const std::size_t size = text.size() + (ended ? 1 : 0);
     if (!text.empty() && text.back() == '\r') {
         text = text.first(text.size() - 1);
@@ -93,12 +95,9 @@ bool Block::takeRow(const Line& row, std::size_t number) {
     if (length != columns) {
         return fail(Damage::Kind::RowLength, at_, length, columns);
     }
-    if (const std::size_t good = digitCount(row.text); good != length) {
-        return fail(Damage::Kind::NotADigit, at_ + good, 0, 0);
-    }
-    values_.resize((number + 1) * columns);
-    digitValues(row.text, &values_[number * columns]);
-    return true;
+    values_.resize(display_->rows * columns);
+    return readDigits(row.text, &values_[number * columns]) ||
+           fail(Damage::Kind::NotADigit, at_ + digitCount(row.text), 0, 0);
 }
 
 /// The empty line.
@@ -109,8 +108,7 @@ void Block::readEnd() {
         if (last.cut) {
             fail(Damage::Kind::EndsInside, 0, 0, 0);
         }
-    } else if (last.text.size() == display_->columns() &&
-               digitCount(last.text) == last.text.size()) {
+    } else if (last.text.size() == display_->columns() && areDigits(last.text)) {
         readable_ = fail(Damage::Kind::RowsTooMany, at_, 0, display_->rows);
     } else {
         fail(Damage::Kind::EmptyLineMissing, at_, 0, 0);

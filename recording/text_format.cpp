@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <iterator>
 #include <string_view>
 
 #include "recording/text_block.h"
@@ -149,16 +148,16 @@ void TextFormat::search(std::span<const std::uint8_t> bytes, bool atEnd, Piece& 
 
 std::span<const std::uint8_t> TextFormat::dots() {
     constexpr std::string_view Digits = "0123456789abcdef";
-    dots_.clear();
-    for (std::size_t at = 0; at < values_.size(); at += display_->columns()) {
-        std::transform(values_.begin() + static_cast<std::ptrdiff_t>(at),
-                       values_.begin() + static_cast<std::ptrdiff_t>(at + display_->columns()),
-                       std::back_inserter(dots_), [&](std::uint8_t value) {
-                           return static_cast<std::uint8_t>(Digits[value]);
-                       });
-        dots_.insert(dots_.end(), dump::LineEnd.begin(), dump::LineEnd.end());
+    dots_.resize(frameBytes() - headBytes());
+    auto dot = dots_.begin();
+    for (auto value = values_.begin(); value != values_.end();) {
+        const auto rowEnd = value + static_cast<std::ptrdiff_t>(display_->columns());
+        for (; value != rowEnd; ++value) {
+            *dot++ = static_cast<std::uint8_t>(Digits[*value]);
+        }
+        dot = std::ranges::copy(dump::LineEnd, dot).out;
     }
-    dots_.insert(dots_.end(), dump::LineEnd.begin(), dump::LineEnd.end());
+    std::ranges::copy(dump::LineEnd, dot);
     return dots_;
 }
 

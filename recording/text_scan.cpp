@@ -19,46 +19,19 @@ constexpr std::uint8_t above(std::uint8_t value, std::uint8_t most) {
     return static_cast<std::uint8_t>((value > most ? value : most) - most);
 }
 
-/// Not 0 when there is something else than a digit in lower case.
-template <std::size_t Columns>
-void addFaults(const std::uint8_t* row, Faults& faults) {
-    static_assert(Columns % std::tuple_size_v<Faults> == 0);
-    for (std::size_t at = 0; at < Columns; at += faults.size()) {
-        for (std::size_t i = 0; i < faults.size(); ++i) {
-            const std::uint8_t character = row[at + i];
-            const std::uint8_t notNumber = above(static_cast<std::uint8_t>(character - '0'), 9);
-            const std::uint8_t notLetter = above(static_cast<std::uint8_t>(character - 'a'), 5);
-            faults[i] |= notNumber < notLetter ? notNumber : notLetter;
-        }
-    }
+/// Not 0 for anything but a digit in lower case.
+constexpr std::uint8_t notLowerDigit(std::uint8_t character) {
+    const std::uint8_t notNumber = above(static_cast<std::uint8_t>(character - '0'), 9);
+    const std::uint8_t notLetter = above(static_cast<std::uint8_t>(character - 'a'), 5);
+    return notNumber < notLetter ? notNumber : notLetter;
 }
 
-bool isLineEnd(const std::uint8_t* bytes) { return bytes[0] == '\r' && bytes[1] == '\n'; }
-
-/// All rows and the empty line; what is wrong is looked at once at the end.
-template <std::size_t Rows, std::size_t Columns>
-bool areRows(const std::uint8_t* rows) {
-    Faults faults{};
-    unsigned noEnds = 0;
-    for (std::size_t row = 0; row < Rows; ++row, rows += Columns + dump::LineEnd.size()) {
-        addFaults<Columns>(rows, faults);
-        noEnds |= static_cast<unsigned>(rows[Columns] ^ '\r') |
-                  static_cast<unsigned>(rows[Columns + 1] ^ '\n');
-    }
-    return std::ranges::count(faults, 0) == std::ssize(faults) && noEnds == 0 && isLineEnd(rows);
-}
-
-template <const dump::Geometry& Display>
-bool areRowsOf(const std::uint8_t* rows) {
-    return areRows<Display.rows, Display.columns()>(rows);
-}
-
-bool isLowerDigit(std::uint8_t character) {
-    return (character >= '0' && character <= '9') || (character >= 'a' && character <= 'f');
-}
-
-bool isDigit(std::uint8_t character) {
-    return isLowerDigit(character) || (character >= 'A' && character <= 'F');
+/// Not 0 for anything but a digit of either case.
+constexpr std::uint8_t notDigit(std::uint8_t character) {
+    constexpr unsigned Upper = 0xDF;  // Makes upper case of a letter.
+    const std::uint8_t notNumber = above(static_cast<std::uint8_t>(character - '0'), 9);
+    const std::uint8_t notLetter = above(static_cast<std::uint8_t>((character & Upper) - 'A'), 5);
+    return notNumber < notLetter ? notNumber : notLetter;
 }
 
 /// The letters' lower four bits are 1 to 6.
@@ -66,12 +39,45 @@ constexpr std::uint8_t valueOf(std::uint8_t digit) {
     return static_cast<std::uint8_t>((digit & 0xFU) + 9U * (digit >> 6U));
 }
 
+/// What is wrong with as many characters as `faults` are.
+template <std::uint8_t (*Judge)(std::uint8_t)>
+void addFaults(const std::uint8_t* characters, Faults& faults) {
+    for (std::size_t i = 0; i < faults.size(); ++i) {
+        faults[i] |= Judge(characters[i]);
+    }
+}
+
+bool areNone(const Faults& faults) { return std::ranges::count(faults, 0) == std::ssize(faults); }
+
+bool isLineEnd(const std::uint8_t* bytes) { return bytes[0] == '\r' && bytes[1] == '\n'; }
+
+/// All rows and the empty line; what is wrong is looked at once at the end.
+template <std::size_t Rows, std::size_t Columns>
+bool areRows(const std::uint8_t* rows) {
+    static_assert(Columns % std::tuple_size_v<Faults> == 0);
+    Faults faults{};
+    unsigned noEnds = 0;
+    for (std::size_t row = 0; row < Rows; ++row, rows += Columns + dump::LineEnd.size()) {
+        for (std::size_t at = 0; at < Columns; at += faults.size()) {
+            addFaults<notLowerDigit>(rows + at, faults);
+        }
+        noEnds |= static_cast<unsigned>(rows[Columns] ^ '\r') |
+                  static_cast<unsigned>(rows[Columns + 1] ^ '\n');
+    }
+    return areNone(faults) && noEnds == 0 && isLineEnd(rows);
+}
+
+template <const dump::Geometry& Display>
+bool areRowsOf(const std::uint8_t* rows) {
+    return areRows<Display.rows, Display.columns()>(rows);
+}
+
 }  // namespace
 
 std::optional<StampLine> stampLine(std::span<const std::uint8_t> bytes) {
     constexpr std::size_t End = DigitsAt + StampDigits;
     if (bytes.size() <= End || bytes[0] != '0' || bytes[1] != 'x' ||
-        digitCount(bytes.subspan(DigitsAt, StampDigits)) != StampDigits) {
+        !areDigits(bytes.subspan(DigitsAt, StampDigits))) {
         return std::nullopt;
     }
     if (bytes[End] == '\n') {
@@ -93,7 +99,8 @@ bool isBlock(const std::uint8_t* block, const dump::Geometry& display) {
 bool startsBlock(const std::uint8_t* block) {
     const std::uint8_t* const digits = block + DigitsAt;
     return block[0] == '0' && block[1] == 'x' &&
-           std::all_of(digits, digits + StampDigits, isLowerDigit) &&
+           std::all_of(digits, digits + StampDigits,
+                       [](std::uint8_t each) { return notLowerDigit(each) == 0; }) &&
            isLineEnd(digits + StampDigits);
 }
 
@@ -105,12 +112,34 @@ std::uint32_t stampOf(const std::uint8_t* block) {
     return stamp;
 }
 
-std::size_t digitCount(std::span<const std::uint8_t> bytes) {
-    return static_cast<std::size_t>(std::ranges::find_if_not(bytes, isDigit) - bytes.begin());
+bool areDigits(std::span<const std::uint8_t> bytes) {
+    Faults faults{};
+    for (; bytes.size() >= faults.size(); bytes = bytes.subspan(faults.size())) {
+        addFaults<notDigit>(bytes.data(), faults);
+    }
+    for (const std::uint8_t character : bytes) {
+        faults[0] |= notDigit(character);
+    }
+    return areNone(faults);
 }
 
-void digitValues(std::span<const std::uint8_t> digits, std::uint8_t* values) {
+bool readDigits(std::span<const std::uint8_t> digits, std::uint8_t* values) {
+    if (!areDigits(digits)) {
+        return false;
+    }
+    constexpr std::size_t AtOnce = std::tuple_size_v<Faults>;
+    for (; digits.size() >= AtOnce; digits = digits.subspan(AtOnce), values += AtOnce) {
+        for (std::size_t i = 0; i < AtOnce; ++i) {
+            values[i] = valueOf(digits[i]);
+        }
+    }
     std::ranges::transform(digits, values, valueOf);
+    return true;
+}
+
+std::size_t digitCount(std::span<const std::uint8_t> bytes) {
+    const auto end = std::ranges::find_if(bytes, [](auto each) { return notDigit(each) != 0; });
+    return static_cast<std::size_t>(end - bytes.begin());
 }
 
 }  // namespace recording::text

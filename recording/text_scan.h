@@ -29,11 +29,15 @@ bool startsBlock(const std::uint8_t* block);
 /// The stamp of a block that is known to be good.
 std::uint32_t stampOf(const std::uint8_t* block);
 
-/// How many of the bytes in front are hexadecimal digits of either case.
-std::size_t digitCount(std::span<const std::uint8_t> bytes);
+/// The values of a row of hexadecimal digits of either case, as many as there are bytes. False, and
+/// no values, when there is something else among them.
+bool readDigits(std::span<const std::uint8_t> digits, std::uint8_t* values);
 
-/// The values of as many digits.
-void digitValues(std::span<const std::uint8_t> digits, std::uint8_t* values);
+/// Whether they are hexadecimal digits of either case, all of them.
+bool areDigits(std::span<const std::uint8_t> bytes);
+
+/// How many of the bytes in front are.
+std::size_t digitCount(std::span<const std::uint8_t> bytes);
 
 }  // namespace recording::text
 

@@ -25,11 +25,14 @@ void Window::move(std::uint64_t offset, std::uint64_t limit) {
         kept = static_cast<std::size_t>(start_ + held_ - offset);
         std::memmove(buffer_.data(), buffer_.data() + (held_ - kept), kept);
     }
+    const std::uint64_t left = limit - std::min(offset, limit);
+    const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(capacity_, left));
+    buffer_.resize(std::max(buffer_.size(), wanted));
     start_ = offset;
-    const std::uint64_t missing = limit - std::min(offset + kept, limit);
-    const auto room = std::span(buffer_).subspan(kept);
-    held_ = kept + source_.read(offset + kept, room.first(static_cast<std::size_t>(
-                                                   std::min<std::uint64_t>(room.size(), missing))));
+    held_ = kept;
+    if (kept < wanted) {
+        held_ += source_.read(offset + kept, std::span(buffer_).first(wanted).subspan(kept));
+    }
 }
 
 }  // namespace recording

@@ -13,16 +13,11 @@ namespace recording {
 /// A part of a source in memory, which moves on as it is asked for.
 class Window {
 public:
-    Window(Source& source, std::size_t capacity) : source_(source), buffer_(capacity) {}
+    Window(Source& source, std::size_t capacity) : source_(source), capacity_(capacity) {}
 
     /// The bytes from `offset` on: at least `wanted` (at most the capacity) unless the source ends
     /// earlier, at most up to `limit`. Valid until the next call.
     std::span<const std::uint8_t> at(std::uint64_t offset, std::size_t wanted, std::uint64_t limit);
-
-    /// As much as there is room for.
-    std::span<const std::uint8_t> at(std::uint64_t offset, std::uint64_t limit) {
-        return at(offset, buffer_.size(), limit);
-    }
 
     /// What it holds may have changed in the source.
     void forget() { held_ = 0; }
@@ -31,6 +26,7 @@ private:
     void move(std::uint64_t offset, std::uint64_t limit);
 
     Source& source_;
+    std::size_t capacity_;
     std::vector<std::uint8_t> buffer_;
     std::uint64_t start_ = 0;  ///< where the bytes that it holds are in the source
     std::size_t held_ = 0;

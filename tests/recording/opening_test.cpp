@@ -120,13 +120,21 @@ TEST_F(Unreadable, PipeIsNotWaitedFor) {
     expect(pipe, "it is no file");
 }
 
-TEST_F(Unreadable, FileThatGivesAnErrorWhenItIsRead) {
-    // Reading the start of a process's memory fails.
+TEST(AFile, ThatGivesAnErrorWhenItIsReadIsReported) {
+    // The start of a process's memory cannot be read.
     const std::filesystem::path memory = "/proc/self/mem";
     if (!std::filesystem::exists(memory)) {
         GTEST_SKIP() << "no such file here";
     }
-    expect(memory, "Input/output error");
+    recording::FileSource source(memory);
+    Bytes bytes(8);
+    try {
+        source.read(0, bytes);
+        FAIL() << "could be read";
+    } catch (const recording::Error& error) {
+        EXPECT_EQ(error.failure(), Failure::CannotRead);
+        EXPECT_STREQ(error.what(), "/proc/self/mem cannot be read: Input/output error");
+    }
 }
 
 TEST(AFileWithAForeignName, IsOpenedAndNamedInMessages) {
