@@ -104,6 +104,7 @@ void OutputFile::complete() {
     if (file_.close() == nullptr) {
         error_ = errno == 0 ? EIO : errno;
     }
+    std::vector<char>().swap(buffer_);  // Many files may wait for their place at the same time.
     check();
 }
 
