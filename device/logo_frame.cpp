@@ -5,9 +5,10 @@
 
 namespace {
 
-constexpr std::size_t Planes = 4;
-constexpr std::size_t Rows = 32;
-constexpr std::size_t RowBytes = 16;
+using image_frame::offsetOf;
+using image_frame::Planes;
+using image_frame::RowBytes;
+
 constexpr std::size_t StripRows = 7;
 constexpr std::size_t LetteringTop = 9;
 
@@ -30,11 +31,7 @@ constexpr std::array<std::string_view, 13> Lettering = {
 // clang-format on
 
 constexpr std::size_t LetteringWidth = Lettering[0].size();
-constexpr std::size_t LetteringLeft = (RowBytes * 8 - LetteringWidth) / 2;
-
-constexpr std::size_t offsetOf(std::size_t plane, std::size_t row, std::size_t byte) {
-    return frame::Content + (plane * Rows + row) * RowBytes + byte;
-}
+constexpr std::size_t LetteringLeft = (image_frame::Columns - LetteringWidth) / 2;
 
 /// One swatch for each colour, 8 dots wide with its leftmost column dark.
 constexpr void drawStrip(ImageFrame& frame) {
@@ -56,7 +53,7 @@ constexpr void drawLettering(ImageFrame& frame) {
             const std::size_t column = LetteringLeft + i;
             for (std::size_t plane = 0; plane < Planes; ++plane) {
                 frame[offsetOf(plane, LetteringTop + row, column / 8)] |=
-                    static_cast<std::uint8_t>(0x80U >> column % 8);
+                    image_frame::bitOf(column);
             }
         }
     }
