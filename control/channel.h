@@ -39,6 +39,9 @@ public:
     void send(const CommandFrame& frame) { send(frame.bytes(), timeout_); }
     void send(const frame::Bytes& image) { send(image, timeout_); }
 
+    /// Sends it even when a signal has come: what is given back.
+    void sendInAnyCase(const CommandFrame& frame) { doSend(frame.bytes(), timeout_); }
+
     /// Reads no more than there is room for, and returns how much came. A signal does not keep it
     /// from being read: what was asked for would meet the next program.
     std::size_t receive(std::span<std::uint8_t> bytes, unsigned int timeout) {

@@ -13,6 +13,7 @@ Output::Output(std::ostream& results, std::ostream& messages)
     : results_(results),
       messages_(messages),
       terminal_(&messages == &std::cerr && terminal::isThere()),
+      resultsTerminal_(&results == &std::cout && terminal::takesResults()),
       document_(std::make_unique<Json>(Json::object())) {}
 
 Output::~Output() = default;
@@ -21,6 +22,13 @@ void Output::result(std::string_view line) {
     if (!json_) {
         progress("");
         results_ << line << '\n';
+    }
+}
+
+void Output::resultNow(std::string_view text) {
+    if (!json_) {
+        progress("");
+        results_ << text << std::flush;
     }
 }
 
@@ -57,7 +65,8 @@ void Output::failure(const Failure& failure) {
 }
 
 void Output::reportInDocument(const Failure& failure) {
-    Json& error = document()["error"];
+    // Several files have a document each, in an array.
+    Json& error = (document().is_array() ? document().emplace_back() : document())["error"];
     error["code"] = static_cast<int>(failure.code);
     error["name"] = failure.usbError != 0 ? Json(usbErrorName(failure.usbError)) : Json();
     error["message"] = failure.what();

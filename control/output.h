@@ -32,6 +32,11 @@ public:
 
     /// A line of the result; not with --json.
     void result(std::string_view line);
+    /// A part of the result that is seen at once; not with --json.
+    void resultNow(std::string_view text);
+    /// Whether the results go to a terminal.
+    bool showsResults() const { return resultsTerminal_; }
+    bool isJson() const { return json_; }
     /// For a person; not with --quiet.
     void message(std::string_view line);
     /// For --verbose; the caller asks `isVerbose`.
@@ -65,6 +70,7 @@ private:
     bool quiet_ = false;
     bool verbose_ = false;
     bool terminal_;
+    bool resultsTerminal_;
     std::size_t shown_ = 0;  ///< letters of the progress text that stands there
     std::unique_ptr<Json> document_;
     std::unique_ptr<Json> dryRun_;

@@ -18,6 +18,10 @@ std::string bar(double share) {
 
 std::string twoDigits(int number) { return (number < 10 ? "0" : "") + std::to_string(number); }
 
+std::string framesText(std::size_t frames, double seconds) {
+    return seconds > 0 ? decimal(static_cast<double>(frames) / seconds) + " frames/s" : "-";
+}
+
 std::string minutes(double seconds) {
     constexpr double Longest = 100.0 * 60;
     const int whole = static_cast<int>(std::clamp(seconds, 0.0, Longest));
@@ -30,8 +34,8 @@ std::string rateText(std::size_t bytes, double seconds) {
     return seconds > 0 ? sizeText(static_cast<double>(bytes) / seconds) + "/s" : "-";
 }
 
-Progress::Progress(Output& output, const std::string& name, std::size_t total)
-    : output_(output), name_(printable(name).substr(0, NameWidth)), total_(total) {}
+Progress::Progress(Output& output, const std::string& name, std::size_t total, Unit unit)
+    : output_(output), name_(printable(name).substr(0, NameWidth)), total_(total), unit_(unit) {}
 
 void Progress::update(std::size_t done) {
     constexpr Milliseconds Between{100};
@@ -44,7 +48,8 @@ void Progress::update(std::size_t done) {
     const std::string left = share > 0 ? minutes(seconds / share - seconds) : "-:--";
     output_.progress(name_ + "  " + bar(share) + "  " +
                      std::to_string(static_cast<int>(share * 100)) + " %  " +
-                     rateText(done, seconds) + "  " + left + " left");
+                     (unit_ == Unit::Bytes ? rateText(done, seconds) : framesText(done, seconds)) +
+                     "  " + left + " left");
 }
 
 }  // namespace control

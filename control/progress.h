@@ -17,8 +17,10 @@ std::string rateText(std::size_t bytes, double seconds);
 ///     table.bin  [##########----------]  50 %  12.3 kB/s  0:07 left
 class Progress {
 public:
-    /// `total` in bytes.
-    Progress(Output& output, const std::string& name, std::size_t total);
+    enum class Unit { Bytes, Frames };
+
+    /// `total` in units.
+    Progress(Output& output, const std::string& name, std::size_t total, Unit unit = Unit::Bytes);
     ~Progress() { output_.progress(""); }
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
@@ -30,6 +32,7 @@ private:
     Output& output_;
     std::string name_;
     std::size_t total_;
+    Unit unit_;
     TimePoint start_ = now();
     TimePoint drawn_ = {};
 };

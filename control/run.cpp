@@ -10,6 +10,7 @@
 
 #include "control/command_line.h"
 #include "control/interrupt.h"
+#include "control/recordings.h"
 
 namespace control {
 
@@ -59,6 +60,10 @@ ExitCode perform(const std::function<ExitCode()>& action, Output& output) {
     try {
         return action();
     } catch (const Failure& failure) {
+        output.failure(failure);
+        return failure.code;
+    } catch (const recording::Error& error) {
+        const Failure failure = failureOf(error);
         output.failure(failure);
         return failure.code;
     } catch (const std::bad_alloc&) {

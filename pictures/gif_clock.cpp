@@ -2,12 +2,13 @@
 
 #include <algorithm>
 
+#include "recording/summary.h"
+
 namespace pictures {
 
 namespace {
 
 constexpr std::int64_t UnitMs = 10;
-constexpr std::uint32_t Backwards = 0x80000000;
 
 }  // namespace
 
@@ -16,7 +17,7 @@ GifClock::GifClock(std::uint64_t count, std::uint64_t spanMs)
                    spanMs < LeastDelay * UnitMs * (count - 1)) {}
 
 std::uint32_t GifClock::next(std::uint32_t ms) {
-    if (ms >= Backwards) {
+    if (recording::isBackwards(ms)) {
         return LeastDelay;
     }
     owedMs_ += ms;

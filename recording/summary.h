@@ -8,6 +8,9 @@ namespace recording {
 /// The time from one stamp to a later one, in ms; stamps have 32 bits and wrap.
 constexpr std::uint32_t stepMs(std::uint32_t from, std::uint32_t to) { return to - from; }
 
+/// Whether a step is rather one backwards in time, for whoever shows frames at their times.
+constexpr bool isBackwards(std::uint32_t step) { return step >= 0x80000000; }
+
 /// What is to be known about a row of frames.
 struct Summary {
     std::uint64_t frames = 0;

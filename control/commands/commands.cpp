@@ -1,5 +1,6 @@
 #include "control/commands/commands.h"
 
+#include <CLI/CLI.hpp>
 #include <array>
 
 namespace control {
@@ -20,9 +21,23 @@ std::span<const Verb> commands() {
         {"settings", "Save, load, show and compare settings files", defineSettings},
         {"upload", "Copy files into the controller's storage", defineUpload},
         {"record", "Record captured frames into dump files", defineRecord},
+        {"dump", "Look at recordings, and make pictures of them", defineDump},
+        {"play", "Play a recording on the display", definePlay},
+        {"show", "Show a picture on the display", defineShow},
         {"completion", "Print a completion script for a shell", defineCompletion},
     });
     return All;
+}
+
+// No comparison finds "nan" out of a range.
+std::string isTime(const std::string& text) {
+    constexpr double Shortest = 0.001;
+    constexpr double Longest = 1e9;
+    double seconds = 0;
+    const bool isNumber = CLI::detail::lexical_cast(text, seconds);
+    return isNumber && seconds >= Shortest && seconds <= Longest
+               ? ""
+               : "\"" + text + "\" is no number of seconds from 0.001 on";
 }
 
 }  // namespace control

@@ -23,6 +23,9 @@ struct Verb {
 
 std::span<const Verb> commands();
 
+/// A check of the parser's for a number of seconds: empty when it is one.
+std::string isTime(const std::string& text);
+
 // Asking
 void defineList(CLI::App& app, Action& chosen);
 void defineCheck(CLI::App& app, Action& chosen);
@@ -41,6 +44,10 @@ void definePalette(CLI::App& app, Action& chosen);
 void defineSettings(CLI::App& app, Action& chosen);
 void defineUpload(CLI::App& app, Action& chosen);
 void defineRecord(CLI::App& app, Action& chosen);
+// Recordings and pictures
+void defineDump(CLI::App& app, Action& chosen);
+void definePlay(CLI::App& app, Action& chosen);
+void defineShow(CLI::App& app, Action& chosen);
 // The shell
 void defineCompletion(CLI::App& app, Action& chosen);
 

@@ -5,6 +5,7 @@
 #include "control/commands/commands.h"
 #include "control/files.h"
 #include "control/names.h"
+#include "control/recordings.h"
 #include "device/frames.h"
 #include "ui/palette_file.h"
 
@@ -19,17 +20,8 @@ struct Arguments {
     std::string preset;
 };
 
-palette_file::Colours readPalette(const std::string& path) {
-    const auto colours = palette_file::decode(readHead(path, palette_file::Size));
-    if (!colours) {
-        throw fileFailure(path, "is no palette file (56 bytes, the first of them 01)",
-                          "Save the palette again, or write one with palette --write.");
-    }
-    return *colours;
-}
-
 ExitCode send(Session& session, const Arguments& arguments) {
-    const palette_file::Colours colours = readPalette(arguments.file);
+    const presets::Colours colours = readPalette(arguments.file);
     const auto channel = session.connect();
     if (arguments.store) {
         channel->send(frames::command(Command::SelectPreset));

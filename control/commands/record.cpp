@@ -53,17 +53,6 @@ ExitCode record(Session& session, const Arguments& arguments) {
     return recording.run();
 }
 
-/// As a check of the parser's: empty when it is one. No comparison finds "nan" out of a range.
-std::string isTime(const std::string& text) {
-    constexpr double Shortest = 0.001;
-    constexpr double Longest = 1e9;
-    double seconds = 0;
-    const bool isNumber = CLI::detail::lexical_cast(text, seconds);
-    return isNumber && seconds >= Shortest && seconds <= Longest
-               ? ""
-               : "\"" + text + "\" is no number of seconds from 0.001 on";
-}
-
 }  // namespace
 
 void defineRecord(CLI::App& app, Action& chosen) {

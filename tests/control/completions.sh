@@ -83,6 +83,11 @@ for shell in bash zsh fish; do
   expect "$shell" 'lumadotctl enhancer ' on off
   expect "$shell" 'lumadotctl completion ' bash zsh fish
   expect "$shell" 'lumadotctl record ' dumps '!a.pal'
+  expect "$shell" 'lumadotctl dump ' info show export '!play'
+  expect "$shell" 'lumadotctl dump export --' --out --from --sheet --preset '!--colours' '!--loop'
+  expect "$shell" 'lumadotctl dump show --colours ' full 256 none
+  expect "$shell" 'lumadotctl play --' --loop --speed --mode '!--seconds'
+  expect "$shell" 'lumadotctl show ' a.pal
 done
 
 expect bash 'lumadotctl mode ' Stern\\\ S.A.M. Capcom Data\\\ East\\\ /\\\ Sega

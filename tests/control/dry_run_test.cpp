@@ -1,7 +1,10 @@
 // --dry-run: the frames that would be sent, and no call to the USB library.
 
+#include "pictures/png.h"
 #include "tests/control/control_run.h"
 #include "tests/control/pauses.h"
+#include "tests/pictures/decoded.h"
+#include "tests/recording/dumps.h"
 
 namespace {
 
@@ -25,6 +28,8 @@ protected:
         support::writeFile("a.pal", bytes);
         support::writeFile("a.dat", std::span(bytes).first(23));
         support::writeFile("hi", std::span(bytes).first(2));
+        support::writeFile("a.txt", dumps::bytesOf(dumps::plainText(0)));
+        pictures::writePng(decoded::chanceFrames({1}, {}), 0, {}, "a.png");
         support::takePauses();
     }
     ~DryRun() override { std::filesystem::current_path("/"); }
@@ -79,7 +84,9 @@ INSTANTIATE_TEST_SUITE_P(
                         {"upload", "hi"},
                         frame("0A 00 68 69 00*2044") + frame("0A 01 00 02 01 01 00*2042") +
                             frame("0A FF 00*2046")},
-                    Dry{"record", {"record", "--mode", "2"}, Settings, true}),
+                    Dry{"record", {"record", "--mode", "2"}, Settings, true},
+                    Dry{"play", {"play", "a.txt"}, Settings, true},
+                    Dry{"show", {"show", "a.png"}, Settings, true}),
     [](const auto& row) { return row.param.name; });
 
 using DryRunOfAFile = ControlTest;

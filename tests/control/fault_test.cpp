@@ -10,8 +10,11 @@
 #include <iostream>
 #include <optional>
 
+#include "pictures/png.h"
 #include "tests/control/control_run.h"
 #include "tests/control/pauses.h"
+#include "tests/pictures/decoded.h"
+#include "tests/recording/dumps.h"
 #include "tests/support/odd_files.h"
 
 namespace {
@@ -149,6 +152,9 @@ protected:
         support::writeFile(file("a.dat"), std::vector<std::uint8_t>(23, 1));
         support::writeFile(file("a.bin"), support::pattern(1100));
         std::filesystem::create_directory(file("dumps"));
+        support::writeFile(file("a.txt"),
+                           dumps::bytesOf(dumps::plainText(0) + dumps::plainText(16)));
+        pictures::writePng(decoded::chanceFrames({1}, {}), 0, {}, file("a.png"));
     }
     ~Faults() override { std::cout << "lumadotctl's fault driver: " << runs_ << " runs\n"; }
 
@@ -282,6 +288,8 @@ INSTANTIATE_TEST_SUITE_P(
         Subject{"settings_load", {"settings", "load", "@a.dat", "--store"}},
         Subject{"settings_diff", {"settings", "diff", "@a.dat"}},
         Subject{"upload", {"upload", "@a.bin"}},
+        Subject{"play", {"play", "@a.txt", "--palette", "@a.pal"}, Transfers::Recorded},
+        Subject{"show", {"show", "@a.png", "--seconds", "1"}},
         Subject{
             "record", {"record", "@dumps", "--frames", "3", "--mode", "1"}, Transfers::Recorded}),
     [](const auto& row) { return row.param.name; });

@@ -35,6 +35,20 @@ use_board() {
   cd "$work/here"
   printf '\5\5\17\12\17\14\17\0\17\17\0\0\0\0\0\0\0\0\0\0\1\0\310' >cyan.dat
   head -c 1100 /dev/zero >intro.txt
+  ball >ball.txt
+}
+
+# A recording of 40 frames, 40 ms apart: a dot that crosses the display.
+ball() {
+  awk 'BEGIN {
+    row = sprintf("%128s", ""); gsub(/ /, "0", row)
+    for (frame = 0; frame < 40; frame++) {
+      printf "0x%08x\r\n", 100000 + 40 * frame
+      for (y = 0; y < 32; y++)
+        printf "%s\r\n", y == 16 ? substr(row, 1, 3 * frame) "3" substr(row, 3 * frame + 2) : row
+      printf "\r\n"
+    }
+  }'
 }
 
 # What differs from run to run.

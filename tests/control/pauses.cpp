@@ -12,6 +12,7 @@ namespace {
 
 std::vector<long> pauses;
 std::function<void()> inPause;
+std::function<void()> atClock;
 control::Milliseconds paused{0};
 
 }  // namespace
@@ -20,12 +21,17 @@ std::vector<long> takePauses() { return std::exchange(pauses, {}); }
 
 void onPause(std::function<void()> action) { inPause = std::move(action); }
 
+void onClock(std::function<void()> action) { atClock = std::move(action); }
+
 }  // namespace support
 
 // In front of the functions of control/clock.h: the program is linked with --wrap.
 extern "C" {
 
 control::TimePoint __wrap__ZN7control3nowEv() {
+    if (support::atClock) {
+        support::atClock();
+    }
     return std::chrono::steady_clock::now() + support::paused;
 }
 

@@ -13,6 +13,9 @@ std::vector<long> takePauses();
 /// What happens in each pause from now on, instead of nothing.
 void onPause(std::function<void()> action);
 
+/// The same when the program asks what time it is.
+void onClock(std::function<void()> action);
+
 }  // namespace support
 
 #endif

@@ -42,30 +42,33 @@ TEST_P(WrongUsage, IsToldAsJsonToo) {
 
 INSTANTIATE_TEST_SUITE_P(
     Every, WrongUsage,
-    testing::Values(Arguments{}, Arguments{"unknown"}, Arguments{"list", "more"},
-                    Arguments{"list", "info"}, Arguments{"--unknown", "list"},
-                    Arguments{"--timeout", "0", "list"}, Arguments{"--timeout", "x", "list"},
-                    Arguments{"--timeout", "-1", "list"}, Arguments{"--timeout", "600001", "list"},
-                    Arguments{"--device"}, Arguments{"brightness", "9"},
-                    Arguments{"brightness", "256"}, Arguments{"brightness", "x"},
-                    Arguments{"brightness", "10", "20"}, Arguments{"enhancer", "maybe"},
-                    Arguments{"enhancer", "1"}, Arguments{"palette"},
-                    Arguments{"palette", "--write", "a.pal"}, Arguments{"palette", "--preset", "1"},
-                    Arguments{"palette", "a.pal", "--write", "b.pal", "--preset", "1"},
-                    Arguments{"palette", "--store", "--write", "b.pal", "--preset", "1"},
-                    Arguments{"settings"}, Arguments{"settings", "save"},
-                    Arguments{"settings", "save", "a", "b"},
-                    Arguments{"settings", "save", "a", "--store"}, Arguments{"upload"},
-                    Arguments{"record", "--frames", "0"}, Arguments{"record", "--frames", "-1"},
-                    Arguments{"record", "--seconds", "0"}, Arguments{"record", "--seconds", "nan"},
-                    Arguments{"record", ".", "--mode", "stern"}, Arguments{"completion"},
-                    Arguments{"completion", "tcsh"}, Arguments{"store", "--wait"}));
+    testing::Values(
+        Arguments{}, Arguments{"unknown"}, Arguments{"list", "more"}, Arguments{"list", "info"},
+        Arguments{"--unknown", "list"}, Arguments{"--timeout", "0", "list"},
+        Arguments{"--timeout", "x", "list"}, Arguments{"--timeout", "-1", "list"},
+        Arguments{"--timeout", "600001", "list"}, Arguments{"--device"},
+        Arguments{"brightness", "9"}, Arguments{"brightness", "256"}, Arguments{"brightness", "x"},
+        Arguments{"brightness", "10", "20"}, Arguments{"enhancer", "maybe"},
+        Arguments{"enhancer", "1"}, Arguments{"palette"}, Arguments{"palette", "--write", "a.pal"},
+        Arguments{"palette", "--preset", "1"},
+        Arguments{"palette", "a.pal", "--write", "b.pal", "--preset", "1"},
+        Arguments{"palette", "--store", "--write", "b.pal", "--preset", "1"}, Arguments{"settings"},
+        Arguments{"settings", "save"}, Arguments{"settings", "save", "a", "b"},
+        Arguments{"settings", "save", "a", "--store"}, Arguments{"upload"},
+        Arguments{"record", "--frames", "0"}, Arguments{"record", "--frames", "-1"},
+        Arguments{"record", "--seconds", "0"}, Arguments{"record", "--seconds", "nan"},
+        Arguments{"record", ".", "--mode", "stern"}, Arguments{"dump"}, Arguments{"dump", "info"},
+        Arguments{"dump", "export", "a.txt"},
+        Arguments{"dump", "show", "a.txt", "--colours", "some"}, Arguments{"play"},
+        Arguments{"play", "a.txt", "--speed", "0"}, Arguments{"play", "a.txt", "--speed", "nan"},
+        Arguments{"show"}, Arguments{"show", "a.png", "--seconds", "0"}, Arguments{"completion"},
+        Arguments{"completion", "tcsh"}, Arguments{"store", "--wait"}));
 
 TEST_F(Usage, EveryCommandHasHelp) {
     EXPECT_THAT(lumadotctl({"--help"}).out, testing::HasSubstr("  check "));
     for (const char* const command :
          {"list", "check", "info", "mode", "preset", "brightness", "enhancer", "palette", "store",
-          "logo", "reset", "settings", "upload", "record", "completion"}) {
+          "logo", "reset", "settings", "upload", "record", "dump", "play", "show", "completion"}) {
         const Ran ran = lumadotctl({command, "--help"});
         EXPECT_EQ(ran.code, 0);
         EXPECT_THAT(ran.out, testing::HasSubstr(std::string("lumadotctl ") + command));
