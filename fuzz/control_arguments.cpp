@@ -18,7 +18,9 @@ constexpr std::array Words = {
     "--preset",   "--wait", "--name",  "--frames",  "--seconds", "--mode",     "--reconnect",
     "--device",   "--json", "--quiet", "--verbose", "--dry-run", "--timeout",  "--version",
     "--help",     "a.pal",  "a.dat",   "a.bin",     "1-1",       "on",         "stern",
-    "bash",       "zsh",    "fish"};
+    "bash",       "zsh",    "fish",    "dump",      "export",    "play",       "--out",
+    "--from",     "--to",   "--frame", "--play",    "--colours", "--shades",   "--dots",
+    "--palette",  "--loop", "--speed", "a.txt",     "x.gif",     "x.txt",      "x.raw"};
 
 /// What names a file or a folder stays in the folder.
 bool leadsOut(const std::string& argument) {
@@ -40,6 +42,15 @@ std::vector<std::string> argumentsIn(const std::uint8_t* data, std::size_t size)
     return arguments;
 }
 
+/// A recording of a dark frame.
+std::string recording() {
+    std::string text = "0x00000001\r\n";
+    for (int row = 0; row < 32; ++row) {
+        text += std::string(128, '0') + "\r\n";
+    }
+    return text + "\r\n";
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -50,6 +61,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     bus.inject({.nth = 60, .meanwhile = [] { std::raise(SIGTERM); }});
     fuzz::giveFile("a.pal", std::string(56, '\1'));
     fuzz::giveFile("a.dat", std::string(23, '\1'));
+    fuzz::giveFile("a.txt", recording());
     fuzz::giveFile("a.bin", std::string(700, 'x'));
     fuzz::runCommandLine(argumentsIn(data, size));
     return 0;
