@@ -144,7 +144,10 @@ void Controller::restart() {
     silentUntil_ = options_.clock() + options_.restartTime;
 }
 
-bool Controller::restarting() const { return options_.clock() < silentUntil_; }
+std::uint64_t Controller::restartDelay() const {
+    const std::uint64_t now = options_.clock();
+    return silentUntil_ > now ? silentUntil_ - now : 0;
+}
 
 void Controller::selectPreset(std::uint8_t index) {
     working_[PaletteIndexByte] = index;

@@ -59,6 +59,8 @@ public:
     /// The reply that waits for an IN transfer, if there is one; taking it removes it.
     std::optional<Packet> takeReply();
 
+    bool hasReply() const { return reply_.has_value(); }
+
     /// How long from now until the waiting reply is ready, in ms (0: at once). Only captured frames
     /// make a client wait, and only with a frame interval.
     std::uint64_t replyDelay() const;
@@ -71,7 +73,12 @@ public:
     const std::map<std::string, Packet>& files() const { return files_; }  ///< closed uploads
     const std::optional<Packet>& image() const { return image_; }          ///< last image frame
     int ignoredPackets() const { return ignored_; }
-    bool restarting() const;
+    bool restarting() const { return restartDelay() > 0; }
+    /// How long from now until the board answers again after a reset, in ms (0: it does).
+    std::uint64_t restartDelay() const;
+
+    /// ms between two captured frames from now on; 0: as fast as asked.
+    void setFrameInterval(std::uint32_t ms) { options_.frameInterval = ms; }
 
     /// Acknowledges the nth upload frame from now (1 = the next) with 0x01, a refusal.
     void refuseUploadFrame(int nth) { refuseUploadFrame_ = nth; }

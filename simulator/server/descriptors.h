@@ -1,0 +1,33 @@
+#ifndef LUMADOT_SIMULATOR_SERVER_DESCRIPTORS_H
+#define LUMADOT_SIMULATOR_SERVER_DESCRIPTORS_H
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+/// What the board tells of itself on endpoint 0: a high-speed device with one configuration, one
+/// interface of its own kind, and two bulk endpoints.
+namespace simulator::descriptors {
+
+using Bytes = std::vector<std::uint8_t>;
+
+constexpr std::uint16_t Vendor = 0x0314;
+constexpr std::uint16_t Product = 0xE457;
+constexpr std::uint16_t Release = 0x0100;
+constexpr std::uint8_t Configuration = 1;  ///< the value that selects the one configuration
+constexpr std::array<std::uint8_t, 3> DeviceClass = {0, 0, 0};              // The interface's.
+constexpr std::array<std::uint8_t, 3> InterfaceClass = {0xFF, 0x00, 0x00};  // The vendor's own.
+
+constexpr std::uint8_t OutEndpoint = 0x01;
+constexpr std::uint8_t InEndpoint = 0x81;
+constexpr std::size_t BulkPacketSize = 512;
+
+/// The descriptor of this type and index, whole; nothing: the board has none. The string with the
+/// index of the product is `product`.
+std::optional<Bytes> find(std::uint8_t type, std::uint8_t index, std::string_view product);
+
+}  // namespace simulator::descriptors
+
+#endif
