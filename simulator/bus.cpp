@@ -116,7 +116,29 @@ void Bus::State::wait(std::uint64_t ms) {
     }
 }
 
+void Bus::State::lookForRemoteDevices() {
+    if (!simulator) {
+        return;
+    }
+    std::vector<usbip::ExportedDevice> found = listRemoteDevices(*simulator);
+    for (Slot& slot : devices) {
+        const auto& remote = slot.device.remote;
+        if (remote && slot.present) {
+            const bool known = !remote->lost() && std::erase(found, remote->exported()) > 0;
+            slot.present = known;
+        }
+    }
+    for (const usbip::ExportedDevice& exported : found) {
+        devices.push_back(
+            {.device = {.vendor = exported.vendor,
+                        .product = exported.product,
+                        .remote = std::make_shared<RemoteDevice>(*simulator, exported)},
+             .token = newToken()});
+    }
+}
+
 void Bus::State::reset() {
+    simulator.reset();
     devices.clear();
     handles.clear();
     faults.clear();
@@ -162,6 +184,11 @@ void Bus::unplug(int number) {
     if (number >= 0 && static_cast<std::size_t>(number) < state_->devices.size()) {
         state_->devices[static_cast<std::size_t>(number)].present = false;
     }
+}
+
+bool Bus::join(const std::string& simulator) {
+    state_->simulator = parseRemoteAddress(simulator);
+    return state_->simulator.has_value();
 }
 
 void Bus::inject(Fault fault) { state_->faults.push_back(std::move(fault)); }

@@ -13,6 +13,8 @@
 
 namespace simulator {
 
+class RemoteDevice;
+
 /// One call that a client made to the USB library, with its parameters and what came of it.
 struct Call {
     std::string function = {};  ///< "libusb_bulk_transfer", ...
@@ -51,6 +53,7 @@ struct Device {
     bool refuseOpen = false;               ///< LIBUSB_ERROR_ACCESS
     bool refuseClaim = false;              ///< LIBUSB_ERROR_BUSY
     std::shared_ptr<Controller> controller = {};  ///< null: never accepts and never answers
+    std::shared_ptr<RemoteDevice> remote = {};    ///< or it is in a simulator that runs elsewhere
     // Where it is plugged in.
     std::uint8_t bus = 1;
     std::vector<std::uint8_t> ports = {};  ///< from the root hub on; empty: its number, from 1 on
@@ -87,6 +90,9 @@ public:
     std::shared_ptr<Controller> plugController(ControllerOptions options = {},
                                                std::string productString = "LUMADOT");
     void unplug(int number);
+    /// From now on each enumeration looks for the devices of the simulator at "HOST:PORT", beside
+    /// those that are plugged in here. What these do takes real time. False: that is no address.
+    bool join(const std::string& simulator);
 
     void inject(Fault fault);
     /// Takes back every fault that has not happened yet.

@@ -6,6 +6,7 @@
 #include <set>
 
 #include "simulator/bus.h"
+#include "simulator/remote_device.h"
 
 namespace simulator {
 
@@ -40,6 +41,8 @@ struct Bus::State {
     /// Lets this many ms pass, in real time or on the simulated clock.
     void wait(std::uint64_t ms);
     void reset();
+    /// Plugs in what the simulator has that was joined, and unplugs what it no longer has.
+    void lookForRemoteDevices();
 
     // Not forgotten at a reset: the client still has them.
     int defaultContext = 0;    ///< how often it was initialised, less how often it was given back
@@ -48,6 +51,7 @@ struct Bus::State {
     std::vector<Slot> devices;
     std::map<Token, int> handles;  ///< open handles, and the number of their device
     std::vector<Fault> faults;
+    std::optional<RemoteAddress> simulator;
 
     std::vector<Call> calls;
     std::size_t keep = 0;

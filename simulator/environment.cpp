@@ -71,7 +71,9 @@ void plugBoard(Bus& bus) {
 }  // namespace
 
 void configureFromEnvironment(Bus& bus) {
-    plugBoard(bus);
+    if (!bus.join(variable("LUMADOT_SIM_CONNECT"))) {
+        plugBoard(bus);
+    }
     bus.setRealTime(variable("LUMADOT_SIM_TIME") == "real");
     bus.logTo(variable("LUMADOT_SIM_LOG"));
     injectFaults(bus, variable("LUMADOT_SIM_FAULT"));

@@ -16,6 +16,9 @@ class Bus;
 ///   LUMADOT_SIM_LOG       file that a line for each call is appended to
 ///   LUMADOT_SIM_FAULT     faults, separated by commas: function:nth:result, for example
 ///                         "libusb_claim_interface:1:-6"
+///   LUMADOT_SIM_CONNECT   HOST:PORT of a running simulator, which has the board then; the
+///   variables
+///                         for the board have no effect
 ///
 /// A value that makes no sense counts as unset.
 void configureFromEnvironment(Bus& bus);

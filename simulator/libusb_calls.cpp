@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <limits>
+#include <span>
 
 #include "simulator/call_in_progress.h"
 
@@ -57,6 +58,32 @@ libusb_device_descriptor descriptorOf(const Device& device) {
     return descriptor;
 }
 
+/// Opens the device in its simulator; a device that has gone has left the bus.
+int openRemote(State::Slot& slot) {
+    const int result = slot.device.remote->open();
+    slot.present = result != LIBUSB_ERROR_NO_DEVICE;
+    return result;
+}
+
+int readRemoteString(CallInProgress& progress, unsigned char* data) {
+    Call& call = progress.call;
+    State::Slot& slot = progress.slot();
+    std::string text;
+    int result = openRemote(slot);
+    if (result == LIBUSB_SUCCESS) {
+        result = slot.device.remote->readString(static_cast<std::uint8_t>(call.endpoint), text);
+        slot.present = result != LIBUSB_ERROR_NO_DEVICE;
+    }
+    if (result < 0) {
+        return result;
+    }
+    text.resize(std::min(text.size(), static_cast<std::size_t>(call.length) - 1));
+    std::copy(text.begin(), text.end(), data);
+    data[text.size()] = 0;
+    call.data.assign(data, data + text.size());
+    return static_cast<int>(text.size());
+}
+
 int readString(CallInProgress& progress, unsigned char* data) {
     Call& call = progress.call;
     if (call.endpoint == 0 || data == nullptr || call.length <= 0) {
@@ -68,6 +95,9 @@ int readString(CallInProgress& progress, unsigned char* data) {
     }
     if (call.endpoint != ProductIndex) {
         return LIBUSB_ERROR_PIPE;
+    }
+    if (device.remote) {
+        return readRemoteString(progress, data);
     }
     const std::optional<int> claimed =
         progress.fault.result ? progress.fault.result : device.stringResult;
@@ -96,6 +126,9 @@ int claim(State::Slot& slot, Token handle, int number) {
         (slot.claimedBy != 0 && slot.claimedBy != handle)) {
         return LIBUSB_ERROR_BUSY;
     }
+    if (const int result = slot.device.remote ? openRemote(slot) : 0; result < 0) {
+        return result;
+    }
     slot.claimedBy = handle;
     return LIBUSB_SUCCESS;
 }
@@ -111,13 +144,47 @@ int release(State::Slot& slot, Token handle, int number) {
     return LIBUSB_SUCCESS;
 }
 
+/// A device in a simulator is free for others once the last handle of it is closed.
+void letGo(CallInProgress& progress) {
+    const auto& remote = progress.slot().device.remote;
+    const bool isOpen = std::ranges::any_of(progress.state.handles, [&](const auto& handle) {
+        return handle.second == progress.call.device;
+    });
+    if (remote && !isOpen) {
+        remote->close();
+    }
+}
+
 int timeOut(CallInProgress& progress, std::optional<int>& moved) {
     moved = 0;
     progress.state.wait(static_cast<std::uint64_t>(progress.call.timeout));
     return LIBUSB_ERROR_TIMEOUT;
 }
 
+int sendRemote(CallInProgress& progress, const unsigned char* data, std::optional<int>& moved) {
+    State::Slot& slot = progress.slot();
+    const std::span bytes(data, static_cast<std::size_t>(progress.call.length));
+    const int result = slot.device.remote->send(
+        OutEndpoint, bytes, static_cast<unsigned>(progress.call.timeout), moved.emplace());
+    slot.present = result != LIBUSB_ERROR_NO_DEVICE;
+    progress.call.data.assign(data, data + *moved);
+    return result;
+}
+
+int receiveRemote(CallInProgress& progress, unsigned char* data, std::optional<int>& moved) {
+    State::Slot& slot = progress.slot();
+    const std::span bytes(data, static_cast<std::size_t>(progress.call.length));
+    const int result = slot.device.remote->receive(
+        InEndpoint, bytes, static_cast<unsigned>(progress.call.timeout), moved.emplace());
+    slot.present = result != LIBUSB_ERROR_NO_DEVICE;
+    progress.call.data.assign(data, data + *moved);
+    return result;
+}
+
 int send(CallInProgress& progress, const unsigned char* data, std::optional<int>& moved) {
+    if (progress.slot().device.remote) {
+        return sendRemote(progress, data, moved);
+    }
     const auto controller = progress.slot().device.controller;
     if (!controller || controller->restarting()) {
         return timeOut(progress, moved);
@@ -152,6 +219,9 @@ int receive(CallInProgress& progress, unsigned char* data, std::optional<int>& m
         }
         deliver(progress, std::move(*forged), data, moved);
         return LIBUSB_SUCCESS;
+    }
+    if (progress.slot().device.remote) {
+        return receiveRemote(progress, data, moved);
     }
     if (!controller) {
         return timeOut(progress, moved);
@@ -253,6 +323,7 @@ ssize_t libusb_get_device_list(libusb_context* context, libusb_device*** list) {
     simulator::requireContext(progress, context);
     return progress.run([&]() -> int {
         const int claimed = progress.fault.result.value_or(0);
+        progress.state.lookForRemoteDevices();
         libusb_device** made =
             simulator::makeList(progress.state, static_cast<std::size_t>(claimed));
         if (made == nullptr) {
@@ -310,6 +381,7 @@ void libusb_close(libusb_device_handle* handle) {
             progress.slot().claimedBy = 0;
         }
         progress.state.handles.erase(progress.handle);
+        simulator::letGo(progress);
         return LIBUSB_SUCCESS;
     });
 }

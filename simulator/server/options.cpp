@@ -66,8 +66,8 @@ void addOptions(CLI::App& app, ProgramOptions& options, std::vector<std::string>
     app.add_option("--log", options.log, "File for the transfers, a JSON object a line")
         ->type_name("FILE");
     app.add_option("--fault", faults,
-                   "What a transfer does instead: ENDPOINT (out, in), which one (0: every one),\\n"
-                   "and stall, timeout, short=BYTES or unplug. May be given several times.")
+                   "What a transfer does instead: on out or in, the Nth (0: each), stall, timeout, "
+                   "short=BYTES or unplug; may be given several times")
         ->type_name("ENDPOINT:N:WHAT")
         ->check(CLI::Validator(checkFault, ""))
         ->allow_extra_args(false);

@@ -1,0 +1,50 @@
+#ifndef LUMADOT_SIMULATOR_REMOTE_CONNECTION_H
+#define LUMADOT_SIMULATOR_REMOTE_CONNECTION_H
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace simulator {
+
+/// Where a simulator listens.
+struct RemoteAddress {
+    std::string host = {};  ///< an address in numbers
+    std::uint16_t port = 0;
+};
+
+/// From "HOST:PORT", where HOST is an IPv4 address, an IPv6 address in brackets, or localhost.
+/// Names are not looked up, for that may take any time. Nothing: it is something else.
+std::optional<RemoteAddress> parseRemoteAddress(std::string_view text);
+
+/// A TCP connection to a simulator. No call takes longer than it is told to. After a call that
+/// failed the connection is of no use any more.
+class RemoteConnection {
+public:
+    using Time = std::chrono::steady_clock::time_point;
+
+    RemoteConnection();
+    ~RemoteConnection();
+    RemoteConnection(const RemoteConnection&) = delete;
+    RemoteConnection& operator=(const RemoteConnection&) = delete;
+
+    bool connect(const RemoteAddress& address, Time deadline);
+    bool send(std::span<const std::uint8_t> bytes, Time deadline);
+    /// Fills all of `bytes`.
+    bool receive(std::span<std::uint8_t> bytes, Time deadline);
+    /// True: `receive` has something to take, or the end to notice. False: the time is over, and
+    /// the connection is as good as before.
+    bool waitForBytes(Time deadline);
+
+private:
+    struct Network;
+    std::unique_ptr<Network> network_;
+};
+
+}  // namespace simulator
+
+#endif
