@@ -42,9 +42,9 @@ stop_display() {
 }
 
 # wait_for PROGRAM PROCESS CONDITION...
-# Polls until the condition holds; fails after 30 seconds, or when the program has ended.
+# Polls until the condition holds; fails after 30 seconds (or PATIENCE), or when the program has ended.
 wait_for() {
-  local program=$1 process=$2 deadline=$((SECONDS + 30))
+  local program=$1 process=$2 deadline=$((SECONDS + ${PATIENCE:-30}))
   shift 2
   until "$@"; do
     if ! kill -0 "$process" 2>/dev/null || ((SECONDS >= deadline)); then

@@ -30,13 +30,13 @@ window_is_there() {
 }
 
 # wait_until WHAT CONDITION...
-# Polls until the condition holds; fails after 30 seconds.
+# Polls until the condition holds; fails after 30 seconds, or PATIENCE, as on a slow machine.
 wait_until() {
-  local what=$1 deadline=$((SECONDS + 30))
+  local what=$1 deadline=$((SECONDS + ${PATIENCE:-30}))
   shift
   until "$@"; do
     if ((SECONDS >= deadline)); then
-      echo "error: waited 30 s until $what" >&2
+      echo "error: waited ${PATIENCE:-30} s until $what" >&2
       return 1
     fi
     sleep 0.02

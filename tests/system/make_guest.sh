@@ -10,7 +10,7 @@ packages=linux-image-amd64,systemd-sysv,libpam-systemd,dbus,udev,kmod,usbip,proc
 packages+=,libusb-1.0-0,libwxgtk3.2-1,xvfb,xauth,xdotool,openbox,x11-utils,imagemagick,fonts-dejavu-core
 
 mkdir -p "$folder"
-mmdebstrap --quiet --variant=minbase --include="$packages" \
+mmdebstrap --quiet --format=ext2 --variant=minbase --include="$packages" \
   --aptopt='Apt::Install-Recommends "false"' \
   --dpkgopt='path-exclude=/usr/share/doc/*' --dpkgopt='path-exclude=/usr/share/man/*' \
   --dpkgopt='path-exclude=/usr/share/locale/*' \
