@@ -47,7 +47,8 @@ mke2fs -q -t ext4 -d "$payload" "$folder/payload.ext4" 64M
 echo "Booting the guest; its console goes to $folder/console.txt"
 started=$SECONDS
 timeout "$limit" qemu-system-x86_64 -accel tcg,thread=multi -smp 2 -m 2048 -nodefaults -no-reboot \
-  -vga std -display none -serial "file:$folder/console.txt" -monitor none \
+  -vga std -display none -serial "file:$folder/console.txt" \
+  -serial "file:$folder/screen.png" -monitor none \
   -kernel "$guest/vmlinuz" -initrd "$guest/initrd.img" \
   -append "root=/dev/vda rw console=ttyS0 quiet systemd.show_status=0" \
   -drive "file=$guest/root.ext2,format=raw,if=virtio,snapshot=on" \

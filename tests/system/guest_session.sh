@@ -8,6 +8,7 @@ LOG=$2
 # shellcheck source=scripts/lib/session.sh
 source "$here/scripts/lib/session.sh"
 cd "$HOME"
+trap 'import -window root "${LOG%/*}/screen.png"' EXIT
 say() { echo "[user $((SECONDS))s] $*"; }
 
 logged() { grep -q "$1" "$LOG"; }
@@ -59,7 +60,6 @@ frames_reach() { [[ $(frames) -ge $1 ]]; }
 work() {
   head -c 65536 /dev/urandom >"$HOME/upload.bin"
   start
-  import -window root "$HOME/window.png"
   choose_device_item 3
   expect_message "the palette preset" '03"'
   expect_message "the palette" 0400010000008000
