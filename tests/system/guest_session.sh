@@ -12,9 +12,10 @@ trap 'import -window root "${LOG%/*}/screen.png"' EXIT
 say() { echo "[user $((SECONDS))s] $*"; }
 
 logged() { grep -q "$1" "$LOG"; }
-# expect_message WHAT HEX: a frame that starts 81 C3 E7 FF and goes on like that has arrived.
+# expect_message WHAT HEX: a frame that starts 81 C3 E7 FF and goes on like that has arrived. A
+# quotation mark stands for zeros to its end.
 expect_message() {
-  wait_until "$1 arrives" logged "\"data\":\"81c3e7ff$2\""
+  wait_until "$1 arrives" logged "\"data\":\"81c3e7ff$2"
   say "$1"
   wait_until "the tool rests" tool_rests
 }
@@ -42,7 +43,7 @@ start() {
 
 start_capture() {
   press Down
-  expect_message "the input mode" 0201
+  expect_message "the input mode" '0201"'
   press Tab Tab space
   dialog 'Choose dump directory'
   press alt+Home

@@ -7,7 +7,7 @@ set -euo pipefail
 
 folder=$1
 packages=linux-image-amd64,systemd-sysv,libpam-systemd,dbus,udev,kmod,usbip,procps,acl,zstd
-packages+=,libusb-1.0-0,libwxgtk3.2-1,xvfb,xauth,xdotool,openbox,x11-utils,imagemagick,fonts-dejavu-core
+packages+=,libusb-1.0-0,libwxgtk3.2-1,xvfb,xauth,xdotool,openbox,x11-utils,imagemagick,fonts-dejavu-core,librsvg2-common
 
 mkdir -p "$folder"
 mmdebstrap --quiet --format=ext2 --variant=minbase --include="$packages" \
