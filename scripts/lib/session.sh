@@ -3,17 +3,46 @@
 # To be sourced. The caller sets LOG (the bus log) and is on a display with a window manager.
 
 # start_tool PROGRAM BUS_FOLDER [ARGUMENT...]
-# Starts the program with the simulated bus in place of libusb and waits for its window.
+# Starts the program with the simulated bus in place of libusb and waits for its window. When SIMULATOR
+# is set, the board is in that program, which is started, too.
 start_tool() {
   local program=$1 bus=$2
   shift 2
   rm -f "$LOG"
+  if [[ -n ${SIMULATOR:-} ]]; then
+    start_simulator
+  fi
   LD_LIBRARY_PATH="$bus" LUMADOT_SIM_BOARD="${LUMADOT_SIM_BOARD:-standard}" \
     LUMADOT_SIM_LOG="$LOG" "$program" "$@" &
   TOOL=$!
   wait_until "the window is there" window_is_there
   activate "$WINDOW"
   wait_until "the tool rests" tool_rests
+}
+
+# The board's options are those of the simulated bus; without a board nobody listens in the end.
+start_simulator() {
+  local out
+  stop_simulator
+  out=$(mktemp)
+  "$SIMULATOR" --headless --port 0 --state "$LUMADOT_SIM_STORE" \
+    --frame-interval "${LUMADOT_SIM_FRAME_MS:-0}" ${SIMULATOR_OPTIONS:-} >"$out" &
+  SIMULATOR_PROCESS=$!
+  wait_until "the simulator listens" grep -q '^port ' "$out"
+  LUMADOT_SIM_CONNECT=127.0.0.1:$(sed -n 's/^port //p' "$out")
+  export LUMADOT_SIM_CONNECT
+  rm "$out"
+  if [[ ${LUMADOT_SIM_BOARD:-} == none ]]; then
+    stop_simulator
+  fi
+}
+
+stop_simulator() {
+  if [[ -n ${SIMULATOR_PROCESS:-} ]]; then
+    kill "$SIMULATOR_PROCESS" 2>/dev/null || true
+    wait "$SIMULATOR_PROCESS" || return 1
+    SIMULATOR_PROCESS=''
+  fi
 }
 
 # Not with xdotool's --sync, which waits for ever when the window manager has missed the request.
@@ -74,11 +103,11 @@ choose_device_item() {
   press F10 Right "${downs[@]}" Return
 }
 
-# Closes the window as a user does, and returns the tool's exit code.
+# Closes the window as a user does, and returns the tool's exit code, or that of its simulator.
 close_tool() {
   local asked=-1
   wait_until "the tool has ended" ask_to_close || return 1
-  wait "$TOOL"
+  wait "$TOOL" && stop_simulator
 }
 
 # Once a second: while the window manager takes its keys anew, as it does when the keyboard map

@@ -7,7 +7,7 @@ PROGRAM=$1
 # shellcheck disable=SC2034
 BUS=$2
 WORK=$(mktemp -d)
-trap 'rm -rf "$WORK"' EXIT
+trap 'stop_simulator; rm -rf "$WORK"' EXIT
 export LOG=$WORK/usb-log.txt HOME=$WORK/home LUMADOT_SIM_STORE=$WORK/store
 export XDG_CONFIG_HOME=$HOME/config
 mkdir -p "$HOME" "$LUMADOT_SIM_STORE"

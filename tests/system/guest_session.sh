@@ -31,6 +31,12 @@ dialog_is_there() {
   [[ -n $DIALOG ]]
 }
 
+# A message box has no title to look for.
+message_is_there() {
+  local active
+  active=$(xdotool getactivewindow 2>/dev/null) && [[ $active != "$WINDOW" ]]
+}
+
 start() {
   "$here/lumadot-tool" &
   TOOL=$!
@@ -74,10 +80,12 @@ work() {
   LAST=$DIALOG
   dialog 'Upload File'
   press Return
-  dialog 'Message'
   LAST=''
+  wait_until "the end of the upload arrives" logged '"data":"81c3e7ff0aff"'
+  wait_until "the tool says so" message_is_there
   press Return
-  expect_message "the end of the upload" '0aff"'
+  wait_until "the message has gone" is_active "$WINDOW"
+  say "the upload"
 
   start_capture
   wait_until "50 frames are in the text file" frames_reach 50
