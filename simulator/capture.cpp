@@ -102,6 +102,9 @@ const Packet& Animation::frame(std::uint32_t index, std::uint8_t planes, Coding 
 }
 
 Packet Animation::render(int step, std::uint8_t planes, Coding coding) const {
+    if (planes == 0) {
+        return {};
+    }
     Picture picture(width_, height_);
     drawBall(picture, step);
     drawScore(picture, step);

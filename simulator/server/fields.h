@@ -2,6 +2,7 @@
 #define LUMADOT_SIMULATOR_SERVER_FIELDS_H
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <span>
 #include <string>
@@ -16,16 +17,10 @@ class Writer {
 public:
     explicit Writer(std::size_t size) { bytes_.reserve(size); }
 
-    Writer& byte(std::uint8_t value) {
-        bytes_.push_back(value);
-        return *this;
-    }
-    Writer& half(std::uint16_t value) {
-        return byte(static_cast<std::uint8_t>(value >> 8U)).byte(static_cast<std::uint8_t>(value));
-    }
+    Writer& byte(std::uint8_t value) { return bytes(std::array{value}); }
+    Writer& half(std::uint16_t value) { return bytes(std::array{part(value, 8), part(value, 0)}); }
     Writer& word(std::uint32_t value) {
-        return half(static_cast<std::uint16_t>(value >> 16U))
-            .half(static_cast<std::uint16_t>(value));
+        return bytes(std::array{part(value, 24), part(value, 16), part(value, 8), part(value, 0)});
     }
     Writer& bytes(std::span<const std::uint8_t> values) {
         bytes_.insert(bytes_.end(), values.begin(), values.end());
@@ -44,6 +39,10 @@ public:
     std::vector<std::uint8_t> take() { return std::move(bytes_); }
 
 private:
+    static std::uint8_t part(std::uint32_t value, unsigned shift) {
+        return static_cast<std::uint8_t>(value >> shift);
+    }
+
     std::vector<std::uint8_t> bytes_;
 };
 
