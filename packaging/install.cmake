@@ -1,7 +1,8 @@
-# What `cmake --install` puts where, and the packages. The simulated bus stays in the build tree: an
-# installed library with libusb's name could get in front of the real one.
+# What `cmake --install` puts where, and the packages.
 
-install(TARGETS lumadot-tool lumadotctl RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(TARGETS lumadot-tool lumadotctl lumadot-simulator RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+# A folder of no loader: the simulated bus has libusb's name, and must not get in front of the real one.
+install(TARGETS usb_standin LIBRARY DESTINATION lib/lumadot/simulated_bus NAMELINK_SKIP)
 install(FILES LICENSE CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
 if(UNIX AND NOT APPLE)
@@ -12,7 +13,9 @@ if(UNIX AND NOT APPLE)
     DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
   install(FILES ${LUMADOT_LINUX_FILES}/lumadot-tool.svg
     DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps)
+  install(PROGRAMS ${LUMADOT_LINUX_FILES}/lumadot-demo DESTINATION ${CMAKE_INSTALL_BINDIR})
   install(FILES ${LUMADOT_LINUX_FILES}/lumadot-tool.1 ${LUMADOT_LINUX_FILES}/lumadotctl.1
+    ${LUMADOT_LINUX_FILES}/lumadot-simulator.1
     DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
   foreach(completion bash:bash-completion/completions/lumadotctl zsh:zsh/site-functions/_lumadotctl
                      fish:fish/vendor_completions.d/lumadotctl.fish)

@@ -9,11 +9,11 @@ source scripts/lib/session.sh
 build=$1
 demo=build/demo
 mkdir -p "$demo"
-export LOG=$demo/usb-log.txt
+export LOG=$demo/usb-log.txt SIMULATOR=$build/lumadot-simulator
 LUMADOT_SIM_STORE=$(mktemp -d)
 HOME=$(mktemp -d) # The demo shall not move the user's own window.
-export HOME LUMADOT_SIM_STORE LUMADOT_SIM_TIME=real
-trap 'rm -rf "$HOME" "$LUMADOT_SIM_STORE"' EXIT
+export HOME LUMADOT_SIM_STORE LUMADOT_SIM_TIME=real LUMADOT_SIM_FRAME_MS=16
+trap 'stop_simulator; rm -rf "$HOME" "$LUMADOT_SIM_STORE"' EXIT
 
 echo "No display: playing a session on the simulated controller."
 start_tool "$build/lumadot-tool" "$build/simulated_bus"

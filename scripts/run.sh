@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Builds the tool and starts it. With a controller on the bus it uses that; with none it starts on the
-# simulated bus. Without a display it plays a short session on a private one instead.
+# Builds the tool and starts it. With a controller on the bus it uses that; with none it starts a
+# simulated one beside it. Without a display it plays a short session on a private one instead.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 # shellcheck source=scripts/lib/packages.sh
@@ -24,13 +24,13 @@ has_controller() {
 }
 
 need_packages "${BUILD_PACKAGES[@]}"
-mkdir -p build
+mkdir -p build/demo
 cmake --preset release >build/configure.log 2>&1 || {
   cat build/configure.log
   exit 1
 }
 echo "Building $build/lumadot-tool and $build/lumadotctl"
-cmake --build --preset release --target lumadot-tool lumadotctl usb_standin
+cmake --build --preset release --target lumadot-tool lumadotctl lumadot-simulator usb_standin
 
 if ! has_display; then
   need_packages "${RUN_PACKAGES[@]}"
@@ -39,8 +39,7 @@ fi
 if has_controller; then
   exec "$build/lumadot-tool"
 fi
-echo "No controller on the bus: the tool runs on a simulated one (its storage: build/demo/store)."
-mkdir -p build/demo
-LD_LIBRARY_PATH="$PWD/$build/simulated_bus" LUMADOT_SIM_BOARD=standard LUMADOT_SIM_TIME=real \
-  LUMADOT_SIM_STORE="$PWD/build/demo/store" LUMADOT_SIM_LOG="$PWD/build/demo/usb-log.txt" \
-  LUMADOT_SIM_FRAME_MS=16 exec "$build/lumadot-tool"
+echo "No controller on the bus: starting a simulated one beside the tool."
+LUMADOT_DEMO_PROGRAMS=$PWD/$build LUMADOT_DEMO_BUS=$PWD/$build/simulated_bus \
+  LUMADOT_DEMO_STATE=$PWD/build/demo/store LUMADOT_SIM_LOG=$PWD/build/demo/usb-log.txt \
+  exec packaging/linux/lumadot-demo

@@ -10,8 +10,11 @@ trap 'rm -rf "$prefix"' EXIT
 
 "$cmake" --install "$build" --prefix "$prefix" >/dev/null
 
-expected='bin/lumadot-tool
+expected='bin/lumadot-demo
+bin/lumadot-simulator
+bin/lumadot-tool
 bin/lumadotctl
+lib/lumadot/simulated_bus/libusb-1.0.so.0.0.0
 lib/udev/rules.d/65-lumadot.rules
 share/applications/lumadot-tool.desktop
 share/bash-completion/completions/lumadotctl
@@ -19,6 +22,7 @@ share/doc/lumadot-tool/CHANGELOG.md
 share/doc/lumadot-tool/LICENSE
 share/fish/vendor_completions.d/lumadotctl.fish
 share/icons/hicolor/scalable/apps/lumadot-tool.svg
+share/man/man1/lumadot-simulator.1
 share/man/man1/lumadot-tool.1
 share/man/man1/lumadotctl.1
 share/metainfo/io.github.lumadot.lumadot_tool.metainfo.xml
@@ -27,5 +31,8 @@ diff <(echo "$expected") <(cd "$prefix" && find . -type f -printf '%P\n' | LC_AL
 
 test -x "$prefix/bin/lumadot-tool"
 test -x "$prefix/bin/lumadotctl"
+# The demo finds what it starts where it has been put.
+test -x "$prefix/bin/lumadot-demo"
+test -e "$prefix/bin/../lib/lumadot/simulated_bus/libusb-1.0.so.0"
 # The desktop entry starts what was installed.
 grep -qx 'Exec=lumadot-tool' "$prefix/share/applications/lumadot-tool.desktop"

@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
-# Usage: program_test.sh SIMULATOR VERSION
+# Usage: program_test.sh SIMULATOR VERSION MAN_PAGE
 # The program: its exit codes and messages, its log, its state, and its rest.
 # shellcheck source=tests/simulator/server/program.sh
 source "$(dirname "${BASH_SOURCE[0]}")/program.sh" "$1"
 version=$2
+page=$3
 
 # ends CODE OPTION...: what it prints is left in TEXT.
 ends() {
@@ -15,9 +16,12 @@ ends() {
 ends 0 --version
 check "the version" [ "$TEXT" = "lumadot-simulator $version" ]
 ends 0 --help
-for option in headless listen port board layout uid state frame-interval log fault help version; do
-  check "--$option is in the help" grep -q -- "--$option" <<<"$TEXT"
+options=$(grep -o -- '--[a-z-]*' <<<"$TEXT" | sort -u)
+for option in headless listen port board layout uid state log fault; do
+  check "--$option is in the help" grep -qx -- "--$option" <<<"$options"
 done
+check "the man page has the same options" diff <(echo "$options") \
+  <(sed 's/\\-/-/g' "$page" | grep -oE -- '^\.B.* --[a-z-]*' | grep -o -- '--[a-z-]*' | sort -u)
 ends 2 --headless --fault out:1:explode
 check "the message names what it does not understand" grep -q 'out:1:explode' <<<"$TEXT"
 ends 1 --headless --port 0 --log "$WORK/no/such/folder/log"
