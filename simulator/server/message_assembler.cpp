@@ -17,7 +17,7 @@ struct Kind {
 constexpr Kind Kinds[] = {{{0x81, 0xC3, 0xE7}, 2052}, {{0x02, 0xC3, 0xE8}, 64}};
 
 /// No board has more memory for a message that it does not know; the rest of it is lost.
-constexpr std::size_t LongestMessage = 64 * 1024;
+constexpr std::size_t LongestMessage = 65536;
 
 bool starts(const Kind& kind, std::span<const std::uint8_t> bytes) {
     return bytes.size() >= kind.start.size() &&
