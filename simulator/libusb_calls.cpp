@@ -5,9 +5,9 @@
 #include <cstdlib>
 #include <cstring>
 #include <limits>
-#include <span>
 
 #include "simulator/call_in_progress.h"
+#include "simulator/remote_calls.h"
 
 namespace simulator {
 
@@ -56,32 +56,6 @@ libusb_device_descriptor descriptorOf(const Device& device) {
     descriptor.iProduct = ProductIndex;
     descriptor.bNumConfigurations = 1;
     return descriptor;
-}
-
-/// Opens the device in its simulator; a device that has gone has left the bus.
-int openRemote(State::Slot& slot) {
-    const int result = slot.device.remote->open();
-    slot.present = result != LIBUSB_ERROR_NO_DEVICE;
-    return result;
-}
-
-int readRemoteString(CallInProgress& progress, unsigned char* data) {
-    Call& call = progress.call;
-    State::Slot& slot = progress.slot();
-    std::string text;
-    int result = openRemote(slot);
-    if (result == LIBUSB_SUCCESS) {
-        result = slot.device.remote->readString(static_cast<std::uint8_t>(call.endpoint), text);
-        slot.present = result != LIBUSB_ERROR_NO_DEVICE;
-    }
-    if (result < 0) {
-        return result;
-    }
-    text.resize(std::min(text.size(), static_cast<std::size_t>(call.length) - 1));
-    std::copy(text.begin(), text.end(), data);
-    data[text.size()] = 0;
-    call.data.assign(data, data + text.size());
-    return static_cast<int>(text.size());
 }
 
 int readString(CallInProgress& progress, unsigned char* data) {
@@ -144,41 +118,10 @@ int release(State::Slot& slot, Token handle, int number) {
     return LIBUSB_SUCCESS;
 }
 
-/// A device in a simulator is free for others once the last handle of it is closed.
-void letGo(CallInProgress& progress) {
-    const auto& remote = progress.slot().device.remote;
-    const bool isOpen = std::ranges::any_of(progress.state.handles, [&](const auto& handle) {
-        return handle.second == progress.call.device;
-    });
-    if (remote && !isOpen) {
-        remote->close();
-    }
-}
-
 int timeOut(CallInProgress& progress, std::optional<int>& moved) {
     moved = 0;
     progress.state.wait(static_cast<std::uint64_t>(progress.call.timeout));
     return LIBUSB_ERROR_TIMEOUT;
-}
-
-int sendRemote(CallInProgress& progress, const unsigned char* data, std::optional<int>& moved) {
-    State::Slot& slot = progress.slot();
-    const std::span bytes(data, static_cast<std::size_t>(progress.call.length));
-    const int result = slot.device.remote->send(
-        OutEndpoint, bytes, static_cast<unsigned>(progress.call.timeout), moved.emplace());
-    slot.present = result != LIBUSB_ERROR_NO_DEVICE;
-    progress.call.data.assign(data, data + *moved);
-    return result;
-}
-
-int receiveRemote(CallInProgress& progress, unsigned char* data, std::optional<int>& moved) {
-    State::Slot& slot = progress.slot();
-    const std::span bytes(data, static_cast<std::size_t>(progress.call.length));
-    const int result = slot.device.remote->receive(
-        InEndpoint, bytes, static_cast<unsigned>(progress.call.timeout), moved.emplace());
-    slot.present = result != LIBUSB_ERROR_NO_DEVICE;
-    progress.call.data.assign(data, data + *moved);
-    return result;
 }
 
 int send(CallInProgress& progress, const unsigned char* data, std::optional<int>& moved) {
@@ -381,7 +324,7 @@ void libusb_close(libusb_device_handle* handle) {
             progress.slot().claimedBy = 0;
         }
         progress.state.handles.erase(progress.handle);
-        simulator::letGo(progress);
+        simulator::letGoRemote(progress);
         return LIBUSB_SUCCESS;
     });
 }

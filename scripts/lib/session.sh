@@ -26,7 +26,7 @@ start_simulator() {
   stop_simulator
   out=$(mktemp)
   "$SIMULATOR" --headless --port 0 --state "$LUMADOT_SIM_STORE" \
-    --frame-interval "${LUMADOT_SIM_FRAME_MS:-0}" ${SIMULATOR_OPTIONS:-} >"$out" &
+    --frame-interval "${LUMADOT_SIM_FRAME_MS:-0}" >"$out" &
   SIMULATOR_PROCESS=$!
   wait_until "the simulator listens" grep -q '^port ' "$out"
   LUMADOT_SIM_CONNECT=127.0.0.1:$(sed -n 's/^port //p' "$out")

@@ -172,32 +172,34 @@ bool InEndpoint::move(Submit& urb) {
     if (!reply_ && !fetchReply()) {
         return false;
     }
-    usbip::Bytes data;
-    std::int32_t status = usbip::result::Done;
-    bool ended = false;
-    do {
-        const std::size_t packet = std::min(reply_->size() - sent_, descriptors::BulkPacketSize);
-        const std::size_t arriving = std::min(packet, urb.length - data.size());
-        const auto from = reply_->begin() + static_cast<std::ptrdiff_t>(sent_);
-        data.insert(data.end(), from, from + static_cast<std::ptrdiff_t>(arriving));
-        sent_ += arriving;
-        if (arriving < packet) {
-            status = usbip::result::Overflow;
-        }
-        ended = packet < descriptors::BulkPacketSize || status != usbip::result::Done;
-    } while (!ended && data.size() < urb.length);
-
-    const bool wasShort = status == usbip::result::Done && data.size() < urb.length;
-    if (wasShort && (urb.flags & usbip::flag::ShortIsError) != 0) {
+    Arrival arrival = takePackets(urb.length);
+    std::int32_t status = arrival.overflow ? usbip::result::Overflow : usbip::result::Done;
+    const bool shortIsError = (urb.flags & usbip::flag::ShortIsError) != 0;
+    if (shortIsError && !arrival.overflow && arrival.data.size() < urb.length) {
         status = usbip::result::ShortPacket;
     }
-    if (ended) {
-        endTransfer(moved(), status == usbip::result::Overflow ? "overflow" : "");
+    if (arrival.last) {
+        endTransfer(moved(), arrival.overflow ? "overflow" : "");
         reset();
     }
-    const auto length = static_cast<std::uint32_t>(data.size());
-    finish(status, length, std::move(data));
+    const auto length = static_cast<std::uint32_t>(arrival.data.size());
+    finish(status, length, std::move(arrival.data));
     return true;
+}
+
+/// One packet at least, until the buffer is full or the reply has ended.
+InEndpoint::Arrival InEndpoint::takePackets(std::size_t length) {
+    Arrival arrival;
+    do {
+        const std::size_t packet = std::min(reply_->size() - sent_, descriptors::BulkPacketSize);
+        const std::size_t fits = std::min(packet, length - arrival.data.size());
+        const auto from = reply_->begin() + static_cast<std::ptrdiff_t>(sent_);
+        arrival.data.insert(arrival.data.end(), from, from + static_cast<std::ptrdiff_t>(fits));
+        sent_ += fits;
+        arrival.overflow = fits < packet;
+        arrival.last = arrival.overflow || packet < descriptors::BulkPacketSize;
+    } while (!arrival.last && arrival.data.size() < length);
+    return arrival;
 }
 
 /// False: the board has no reply that is ready.

@@ -109,6 +109,14 @@ private:
     std::vector<std::uint8_t> moved() const override;
     bool fetchReply();
 
+    /// What one URB takes of the reply.
+    struct Arrival {
+        usbip::Bytes data = {};
+        bool overflow = false;  ///< its last packet did not fit
+        bool last = false;      ///< nothing of the reply is left
+    };
+    Arrival takePackets(std::size_t length);
+
     std::optional<Packet> reply_;
     std::size_t sent_ = 0;
 };

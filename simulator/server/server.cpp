@@ -16,9 +16,9 @@ namespace {
 using asio::ip::tcp;
 using std::chrono::milliseconds;
 
-constexpr std::size_t ReadSize = 64 * 1024;
+constexpr std::size_t ReadSize = 1U << 16U;
 /// A client that does not read what it is sent is not read from.
-constexpr std::size_t MostOutput = 1024 * 1024;
+constexpr std::size_t MostOutput = 1U << 20U;
 
 }  // namespace
 
@@ -61,8 +61,7 @@ public:
     }
 
     void start() {
-        patience_.expires_after(milliseconds(server_.options_.patience));
-        patience_.async_wait(handler(&Connection::outOfPatience));
+        losePatience();
         read();
     }
 
@@ -89,6 +88,18 @@ public:
     }
 
 private:
+    /// From now on the client has a limited time, unless it gets the device.
+    void losePatience() {
+        patience_.expires_after(milliseconds(server_.options_.patience));
+        patience_.async_wait(handler(&Connection::outOfPatience));
+    }
+
+    void outOfPatience(asio::error_code error) {
+        if (!error && !session_->attached()) {
+            close(session_->over() ? session_->problem() : "nothing asked for in time");
+        }
+    }
+
     void read() {
         reading_ = true;
         socket_.async_read_some(asio::buffer(input_), handler(&Connection::hasRead));
@@ -113,7 +124,7 @@ private:
             asio::async_write(socket_, asio::buffer(leaving_), handler(&Connection::hasWritten));
         }
         if (session_->over()) {
-            return writing_ ? void() : close(session_->problem());
+            return writing_ ? losePatience() : close(session_->problem());
         }
         if (!reading_ && waiting_.size() < MostOutput) {
             read();
@@ -126,12 +137,6 @@ private:
             return close();
         }
         flush();
-    }
-
-    void outOfPatience(asio::error_code error) {
-        if (!error && !session_->attached()) {
-            close("nothing asked for in time");
-        }
     }
 
     Server& server_;

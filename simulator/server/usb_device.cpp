@@ -27,12 +27,7 @@ UsbDevice::UsbDevice(ControllerOptions options)
                 .control = &control_,
                 .faults = &faults_,
                 .complete = [this](usbip::SubmitReply reply) { complete(std::move(reply)); },
-                .report =
-                    [this](const Transfer& transfer) {
-                        if (observer_) {
-                            observer_(transfer);
-                        }
-                    },
+                .report = [this](const Transfer& transfer) { report(transfer); },
                 .messageTaken = [this] { messageTaken(); },
                 .unplug = [this] { unplug(); },
                 .clock = options_.clock};
@@ -127,6 +122,12 @@ std::optional<std::uint64_t> UsbDevice::nextChange() const {
     const auto out = out_.nextChange();
     const auto in = in_.nextChange();
     return out && in ? std::min(out, in) : out ? out : in;
+}
+
+void UsbDevice::report(const Transfer& transfer) const {
+    for (const Observer& observer : observers_) {
+        observer(transfer);
+    }
 }
 
 void UsbDevice::messageTaken() {

@@ -71,11 +71,13 @@ public:
     void clearFaults() { faults_.clear(); }
     /// Each URB takes that many ms more from now on.
     void slowDown(std::uint64_t ms) { context_.slowness = ms; }
-    void onTransfer(Observer observer) { observer_ = std::move(observer); }
+    /// One more that is told.
+    void onTransfer(Observer observer) { observers_.push_back(std::move(observer)); }
 
 private:
     void answerControl(const usbip::Submit& urb);
     void complete(usbip::SubmitReply reply) { completed_.push_back(std::move(reply)); }
+    void report(const Transfer& transfer) const;
     void messageTaken();
     void resetEndpoint(std::uint8_t address);
     void abandon(const char* why);
@@ -88,7 +90,7 @@ private:
     OutEndpoint out_;
     InEndpoint in_;
     std::vector<usbip::SubmitReply> completed_;
-    Observer observer_;
+    std::vector<Observer> observers_;
     bool pluggedIn_ = true;
     std::optional<std::uint32_t> hold_;
     std::uint32_t holds_ = 0;  // So far.

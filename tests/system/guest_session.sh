@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Runs as the ordinary user inside the guest, on a display: guest_session.sh work|unplug LOG
+# Runs as the ordinary user inside the guest, on a display: guest_session.sh work|silent|unplug LOG
 # The unmodified tool with the real libusb; LOG is the simulator's.
 set -euo pipefail
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
@@ -90,6 +90,20 @@ work() {
   start_capture
   wait_until "50 frames are in the text file" frames_reach 50
   say "$(frames) frames"
+  close_tool
+}
+
+# The first reply never comes: the real library gives up, and the kernel takes the request back.
+silent() {
+  "$here/lumadot-tool" &
+  TOOL=$!
+  dialog 'Error'
+  press Return
+  wait_until "the window is there" window_is_there
+  wait_until "the kernel takes the request back" logged '"error":"unlinked"'
+  activate "$WINDOW"
+  press Down
+  expect_message "the input mode" '0201"'
   close_tool
 }
 

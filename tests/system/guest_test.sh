@@ -3,7 +3,7 @@
 # the ordinary user work with the tool, and reads the kernel's log. Prints "PASSED" at the end.
 set -euo pipefail
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
-export PATIENCE=120
+export PATIENCE=300
 # shellcheck source=scripts/lib/session.sh
 source "$here/scripts/lib/session.sh"
 
@@ -54,19 +54,31 @@ find_node() {
 
 as_user() { runuser -u player -- env HOME=/home/player PATIENCE="$PATIENCE" "$@"; }
 
+# session NAME: the user's part of it.
+session() { as_user "$here/scripts/on_display.sh" "$here/guest_session.sh" "$1" "$work/$1.json"; }
+
+# detach: pulls the device out of the kernel and ends its simulator.
+detach() {
+  usbip detach --port=0
+  kill "$simulator"
+  wait "$simulator"
+  wait_until "the device has gone" device_is_gone
+  say "detached, and the simulator ended cleanly"
+}
+device_is_gone() { ! find_node >/dev/null; }
+
 serve work
-as_user "$here/scripts/on_display.sh" "$here/guest_session.sh" work "$work/work.json"
+session work
 cmp /home/player/upload.bin "$work/work/files/upload.bin"
 say "the file arrived byte for byte"
-usbip detach --port=0
-kill "$simulator"
-wait "$simulator"
-say "detached, and the simulator ended cleanly"
+detach
 
-device_is_gone() { ! find_node; }
-wait_until "the device has gone" device_is_gone
+serve silent --fault in:1:timeout
+session silent
+detach
+
 serve unplug --fault in:30:unplug
-as_user "$here/scripts/on_display.sh" "$here/guest_session.sh" unplug "$work/unplug.json"
+session unplug
 wait_until "the device has gone" device_is_gone
 kill "$simulator"
 wait "$simulator"

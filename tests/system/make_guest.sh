@@ -3,6 +3,7 @@
 # Makes a small Debian in FOLDER: root.ext2, vmlinuz, initrd.img. A user "player" is logged in on its
 # first terminal, as on a desktop; what the second disk holds is run as a service, and then it is
 # switched off.
+# shellcheck disable=SC2016  # The hooks get the guest's root as their own $1.
 set -euo pipefail
 
 folder=$1

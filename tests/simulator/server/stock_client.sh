@@ -11,7 +11,7 @@ if ! command -v usbip >/dev/null; then
   exit 77
 fi
 
-start_simulator
+start_simulator --uid 3A7
 list=$(usbip --tcp-port "$PORT" list --remote=127.0.0.1 2>&1)
 echo "$list"
 check "the device is listed" grep -Eq '1-1: .*\(0314:e457\)' <<<"$list"
