@@ -183,6 +183,7 @@ void overLoopback() {
 
 int main(int argc, char** argv) {
     benchmark::Initialize(&argc, argv);
+    libusb_init(nullptr);
     simulator::Server server({.clock = clockMs}, {.port = 0});
     place = "127.0.0.1:" + std::to_string(server.port());
     std::thread thread([&server] { server.run(); });
@@ -192,6 +193,7 @@ int main(int argc, char** argv) {
     benchmark::RunSpecifiedBenchmarks(&medians);
     server.stop();
     thread.join();
+    libusb_exit(nullptr);
 
     const auto median = medians.values.find("settings/loopback");
     if (median == medians.values.end()) {
