@@ -339,6 +339,17 @@ TEST_F(BulkTest, UnpluggingEndsTheSessionWithoutAnAnswer) {
     EXPECT_THAT(ask(write(4, command({0x02, 9}))), ElementsAre("4: 0, 2052"));
 }
 
+TEST_F(BulkTest, NextClientGetsNothingOfWhatCompletedWhenItWasUnplugged) {
+    inject(0x81, What::Unplug, 2);
+    ask(read(1, 63));
+    ask(read(2, 63));
+    EXPECT_THAT(ask(write(3, command({0x11}))), IsEmpty());
+    EXPECT_EQ(session->problem(), "unplugged");
+    device.plugIn();
+    attach();
+    EXPECT_THAT(ask(control(4, "80 08 00 00 00 00 01 00")), ElementsAre("4: 0, 1: 01"));
+}
+
 TEST_F(BulkTest, NextClientFindsTheDeviceAsNew) {
     inject(0x01, What::Stall, 2);
     Packet start = command({0x02, 9});

@@ -154,6 +154,19 @@ TEST(Server, AnswersAFloodWhenTheClientReads) {
     }
 }
 
+TEST(Server, StopsReadingFromAClientThatDoesNotRead) {
+    RunningServer server;
+    const TcpClient client(server.port());
+    ASSERT_EQ(client.import(), 0);
+    constexpr std::size_t MoreThanAnySocketHolds = std::size_t{64} << 20U;
+    const Bytes request = hex(ReadDeviceStatus);
+    Bytes flood;
+    while (flood.size() < MoreThanAnySocketHolds) {
+        flood.insert(flood.end(), request.begin(), request.end());
+    }
+    EXPECT_LT(client.sendUntilStuck(flood), flood.size());
+}
+
 TEST(Server, LetsClientsWaitWhenTheyAreTooMany) {
     RunningServer server({}, 0, 200);
     std::vector<TcpClient> silent;

@@ -4,6 +4,7 @@
 #include <arpa/inet.h>
 #include <gtest/gtest.h>
 #include <netinet/in.h>
+#include <poll.h>
 #include <sys/socket.h>
 #include <sys/time.h>
 #include <unistd.h>
@@ -50,6 +51,16 @@ public:
         const ssize_t sent =
             ::send(socket_, bytes.data() + from, bytes.size() - from, MSG_DONTWAIT | MSG_NOSIGNAL);
         return sent > 0 ? static_cast<std::size_t>(sent) : 0;
+    }
+
+    /// The same, until the server has not read anything for a second.
+    std::size_t sendUntilStuck(const std::vector<std::uint8_t>& bytes) const {
+        std::size_t sent = 0;
+        pollfd writable = {.fd = socket_, .events = POLLOUT, .revents = 0};
+        while (sent < bytes.size() && poll(&writable, 1, 1000) == 1) {
+            sent += sendWhatFits(bytes, sent);
+        }
+        return sent;
     }
 
     /// This many bytes, or fewer when the server closes the connection before.
