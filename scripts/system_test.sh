@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # The unmodified tool on the real libusb, the real usbfs, the real udev rule and a real kernel: boots
 # Debian in QEMU, attaches the simulator through USB/IP, and works with it as a user does. It
-# takes about a quarter of an hour. Exit code 77: skipped, and why. Needs 4 GiB of disk in
+# takes four minutes on a quiet machine, a quarter of an hour on a busy one. Exit code 77: skipped, and why. Needs 4 GiB of disk in
 # build/system_test, where the guest is kept for the next time.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
