@@ -34,6 +34,7 @@ git ls-files --cached --others --exclude-standard -- '*.h' '*.cpp' | sort -u |
       if (name ~ /^"/) return layer_of(substr(name, 2, length(name) - 2))
       if (name ~ /^<wx\//) return "wxWidgets"
       if (name ~ /^<libusb.h/) return "libusb"
+      if (name ~ /^<gtk\//) return "GTK"
       if (name ~ /^<CLI\//) return "CLI11"
       if (name ~ /^<nlohmann\//) return "json"
       if (name ~ /^<asio/) return "Asio"

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <utility>
 
 namespace simulator {
 
@@ -101,23 +102,30 @@ const Packet& Animation::frame(std::uint32_t index, std::uint8_t planes, Coding 
     return frame;
 }
 
-Packet Animation::render(int step, std::uint8_t planes, Coding coding) const {
-    if (planes == 0) {
-        return {};
-    }
+Packet Animation::levels(std::uint32_t index, std::uint8_t planes, Coding coding) const {
+    const auto step = static_cast<int>(index % Loop);
     Picture picture(width_, height_);
     drawBall(picture, step);
     drawScore(picture, step);
     drawRamp(picture, step);
-
     const int shades = coding == Coding::Binary ? 1 << std::min<int>(planes, 8) : planes + 1;
-    const std::size_t planeSize = picture.light.size() / 8;
+    for (std::uint8_t& light : picture.light) {
+        light = static_cast<std::uint8_t>(light * shades / 256);
+    }
+    return std::move(picture.light);
+}
+
+Packet Animation::render(int step, std::uint8_t planes, Coding coding) const {
+    if (planes == 0) {
+        return {};
+    }
+    const Packet levels = this->levels(static_cast<std::uint32_t>(step), planes, coding);
+    const std::size_t planeSize = levels.size() / 8;
     Packet bytes(planes * planeSize);
-    for (std::size_t dot = 0; dot < picture.light.size(); ++dot) {
-        const int shade = picture.light[dot] * shades / 256;
+    for (std::size_t dot = 0; dot < levels.size(); ++dot) {
         const auto mask = static_cast<std::uint8_t>(1U << (dot % 8));
         for (int plane = 0; plane < planes; ++plane) {
-            if (isLit(shade, plane, coding)) {
+            if (isLit(levels[dot], plane, coding)) {
                 std::uint8_t& byte = bytes[static_cast<std::size_t>(plane) * planeSize + dot / 8];
                 byte = static_cast<std::uint8_t>(byte | mask);
             }

@@ -26,6 +26,10 @@ public:
     /// the least significant bit of each byte leftmost. Valid until the next call.
     const Packet& frame(std::uint32_t index, std::uint8_t planes, Coding coding);
 
+    /// The same frame before it is cut into planes: the light of each dot, row by row, from 0 to
+    /// 2 ^ `planes` - 1, or to `planes` when they are counted.
+    Packet levels(std::uint32_t index, std::uint8_t planes, Coding coding) const;
+
 private:
     Packet render(int step, std::uint8_t planes, Coding coding) const;
 

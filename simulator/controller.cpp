@@ -15,12 +15,6 @@ constexpr std::size_t BlockLimit = 512;
 constexpr std::uint8_t Refusal = 0x01;
 constexpr std::uint8_t XlPlanes = 2;
 
-// Places in the settings record.
-constexpr std::size_t InputModeByte = 0;
-constexpr std::size_t PaletteIndexByte = 1;
-constexpr std::size_t EnhancerByte = 21;
-constexpr std::size_t BrightnessByte = 22;
-
 /// Fills what a reply carries without meaning, so that a client that reads it is found out.
 constexpr std::uint8_t Meaningless = 0xA5;
 
@@ -32,20 +26,6 @@ constexpr Palette Vga = {0,   0,   0,   128, 0,   0,   255, 0,   0,   255, 0,   
 /// Red, green and blue step from one shade to the next, for the presets 1..8.
 constexpr std::uint8_t Ramps[8][3] = {{17, 0, 0},  {0, 17, 0},  {0, 0, 17},   {17, 0, 17},
                                       {0, 17, 17}, {17, 17, 0}, {17, 17, 17}, {17, 9, 0}};
-
-std::optional<Palette> preset(std::uint8_t index) {
-    if (index == 0) {
-        return Vga;
-    }
-    if (index > std::size(Ramps)) {
-        return std::nullopt;
-    }
-    Palette palette;
-    for (std::size_t i = 0; i < palette.size(); ++i) {
-        palette[i] = static_cast<std::uint8_t>(i / 3 * Ramps[index - 1][i % 3]);
-    }
-    return palette;
-}
 
 bool isFrame(std::span<const std::uint8_t> packet) {
     return packet.size() == FrameSize && packet[0] == 0x81 && packet[1] == 0xC3 &&
@@ -64,11 +44,28 @@ bool countsPlanes(std::uint8_t inputMode, std::uint8_t planes) {
     return planes == 3 || planes > 4 || inputMode == Capcom || inputMode == AlvinG;
 }
 
+DotCount sizeOf(Board board) { return board == Board::Xl ? DotCount{192, 64} : DotCount{128, 32}; }
+
 Animation machineFor(Board board) {
-    return board == Board::Xl ? Animation(192, 64) : Animation(128, 32);
+    const DotCount size = sizeOf(board);
+    return {static_cast<int>(size.columns), static_cast<int>(size.rows)};
 }
 
 }  // namespace
+
+std::optional<Palette> preset(std::uint8_t index) {
+    if (index == 0) {
+        return Vga;
+    }
+    if (index > std::size(Ramps)) {
+        return std::nullopt;
+    }
+    Palette palette;
+    for (std::size_t i = 0; i < palette.size(); ++i) {
+        palette[i] = static_cast<std::uint8_t>(i / 3 * Ramps[index - 1][i % 3]);
+    }
+    return palette;
+}
 
 Controller::Controller(ControllerOptions options)
     : options_(std::move(options)),
@@ -111,7 +108,7 @@ void Controller::command(std::span<const std::uint8_t> packet) {
             return store_.save("settings", stored_);
         case 0x02:
             working_[InputModeByte] = packet[5];
-            return;
+            return image_.reset();
         case 0x03:
             return selectPreset(packet[5]);
         case 0x04:
@@ -130,7 +127,7 @@ void Controller::command(std::span<const std::uint8_t> packet) {
             return store_.save("palette", storedPalette_);
         case 0x20:
             std::copy_n(packet.begin() + 5, working_.size(), working_.begin());
-            return;
+            return image_.reset();
         default:
             ++ignored_;
     }
@@ -141,8 +138,11 @@ void Controller::restart() {
     palette_ = storedPalette_;
     reply_.reset();
     openName_.reset();
+    image_.reset();
     silentUntil_ = options_.clock() + options_.restartTime;
 }
+
+DotCount Controller::size() const { return sizeOf(options_.board); }
 
 std::uint64_t Controller::restartDelay() const {
     const std::uint64_t now = options_.clock();

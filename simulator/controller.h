@@ -2,6 +2,7 @@
 #define LUMADOT_SIMULATOR_CONTROLLER_H
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
@@ -19,14 +20,30 @@ namespace simulator {
 /// The two boards: 128 x 32 dots, or 192 x 64 dots.
 enum class Board { Standard, Xl };
 
+struct DotCount {
+    std::size_t columns = 0;
+    std::size_t rows = 0;
+
+    bool operator==(const DotCount&) const = default;
+};
+
 /// The two layouts of the settings reply; the older firmware sends four settings and no version.
 enum class SettingsLayout { Newer, Older };
 
 /// The settings record as the board holds it, 23 bytes.
 using Record = std::array<std::uint8_t, 23>;
 
+// Places in it.
+inline constexpr std::size_t InputModeByte = 0;
+inline constexpr std::size_t PaletteIndexByte = 1;
+inline constexpr std::size_t EnhancerByte = 21;
+inline constexpr std::size_t BrightnessByte = 22;
+
 /// Sixteen entries of red, green, blue.
 using Palette = std::array<std::uint8_t, 48>;
+
+/// One of the palettes that the board brings along, 0..8; nothing: there is none of that number.
+std::optional<Palette> preset(std::uint8_t index);
 
 /// What a board is made with. Plain data, so that a test starts from one good board and breaks one
 /// thing.
@@ -71,12 +88,23 @@ public:
     const Palette& palette() const { return palette_; }  ///< palette in use
     const Palette& permanentPalette() const { return storedPalette_; }
     const std::map<std::string, Packet>& files() const { return files_; }  ///< closed uploads
-    const std::optional<Packet>& image() const { return image_; }          ///< last image frame
+    /// The image frame that is shown: the last one, unless an input mode was chosen, the settings
+    /// were written, or the board restarted since.
+    const std::optional<Packet>& image() const { return image_; }
+    DotCount size() const;  ///< of the display
+    std::uint32_t capturedFrames() const { return frames_; }
     int ignoredPackets() const { return ignored_; }
     bool restarting() const { return restartDelay() > 0; }
     /// How long from now until the board answers again after a reset, in ms (0: it does).
     std::uint64_t restartDelay() const;
 
+    /// The light of each dot in the `step`th frame of the imaginary machine, row by row from the
+    /// top: 0 to 2 ^ `planes` - 1, or to `planes` when they are counted.
+    Packet machineLevels(std::uint32_t step, std::uint8_t planes, Coding coding) const {
+        return animation_.levels(step, planes, coding);
+    }
+
+    std::uint32_t frameInterval() const { return options_.frameInterval; }
     /// ms between two captured frames from now on; 0: as fast as asked.
     void setFrameInterval(std::uint32_t ms) { options_.frameInterval = ms; }
 

@@ -2,7 +2,7 @@
 # Debian packages that the scripts need. To be sourced.
 # shellcheck disable=SC2034  # The arrays are read by the scripts that source this file.
 
-BUILD_PACKAGES=(g++ cmake ninja-build pkg-config libwxgtk3.2-dev libusb-1.0-0-dev
+BUILD_PACKAGES=(g++ cmake ninja-build pkg-config libwxgtk3.2-dev libgtk-3-dev libusb-1.0-0-dev
   libasio-dev libcli11-dev nlohmann-json3-dev libpng-dev libgif-dev)
 RUN_PACKAGES=(xvfb xauth xdotool x11-utils imagemagick openbox fonts-dejavu-core adwaita-icon-theme)
 TEST_PACKAGES=(libgtest-dev libumockdev-dev umockdev libbenchmark-dev desktop-file-utils appstream

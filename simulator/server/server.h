@@ -36,6 +36,7 @@ public:
     Server(const Server&) = delete;
     Server& operator=(const Server&) = delete;
 
+    const std::string& address() const { return options_.address; }
     std::uint16_t port() const;
 
     /// Serves until `stop`, which any thread may call.
@@ -50,6 +51,13 @@ public:
     auto withDevice(Work work) {
         const Change change(*this);
         return work(device_);
+    }
+
+    /// The same for `look(const UsbDevice&)`, which changes nothing.
+    template <class Look>
+    auto inspect(Look look) {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        return look(std::as_const(device_));
     }
 
 private:
