@@ -151,7 +151,14 @@ void Frame::savePicture() {
     const wxImage picture = canvas_->picture().Copy();  // As it is now: it plays on meanwhile.
     wxFileDialog dialog(this, "Save a Picture", wxGetCwd(), "display.png",
                         "PNG pictures (*.png)|*.png", wxFD_SAVE | wxFD_OVERWRITE_PROMPT);
-    if (dialog.ShowModal() != wxID_OK) {
+    dialog_ = &dialog;
+    const int answer = dialog.ShowModal();
+    dialog_ = nullptr;
+    if (ending_) {
+        Close(true);
+        return;
+    }
+    if (answer != wxID_OK) {
         return;
     }
     const wxLogNull silence;
@@ -159,6 +166,15 @@ void Frame::savePicture() {
         message_->ShowMessage(
             "Cannot write " + dialog.GetPath() + ". Save it in a folder that you may write to.",
             wxICON_ERROR);
+    }
+}
+
+void Frame::end() {
+    ending_ = true;
+    if (dialog_ != nullptr) {
+        dialog_->EndModal(wxID_CANCEL);  // It must go before the window.
+    } else {
+        Close(true);
     }
 }
 

@@ -1,6 +1,7 @@
 #ifndef LUMADOT_SIMULATOR_WINDOW_FRAME_H
 #define LUMADOT_SIMULATOR_WINDOW_FRAME_H
 
+#include <wx/dialog.h>
 #include <wx/frame.h>
 #include <wx/infobar.h>
 #include <wx/timer.h>
@@ -32,6 +33,8 @@ public:
     /// Makes the dots larger or smaller by so many pixels of the screen.
     void grow(int pixels);
     void savePicture();
+    /// Closes the window, whatever it asks just now.
+    void end();
 
 private:
     void watch();
@@ -45,6 +48,8 @@ private:
     Canvas* canvas_;
     StatePanel* state_;
     Menus menus_;
+    wxDialog* dialog_ = nullptr;  // While it asks for a name.
+    bool ending_ = false;
     wxTimer pictureTimer_;
     wxTimer stateTimer_;
     std::uint32_t frameInterval_;

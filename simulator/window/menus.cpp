@@ -26,7 +26,7 @@ constexpr Choice Slownesses[] = {{"&Not at All", 0},
 constexpr Choice FrameIntervals[] = {{"As &Fast as Asked", 0},
                                      {"&60 a Second", 16},
                                      {"&30 a Second", 33},
-                                     {"&10 a Second", 100},
+                                     {"1&0 a Second", 100},
                                      {"&1 a Second", 1000}};
 
 void check(wxMenuItem& item, bool checked) {

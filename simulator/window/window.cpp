@@ -1,8 +1,8 @@
 #include "simulator/window/window.h"
 
 #include <wx/app.h>
-#include <wx/dialog.h>
 #include <wx/init.h>
+#include <wx/weakref.h>
 
 #include <iostream>
 #include <thread>
@@ -21,11 +21,16 @@ public:
     bool OnInit() override {
         SetAppName("lumadot-simulator");
         wxUpdateUIEvent::SetUpdateInterval(-1);  // No item asks: the window rests between pictures.
-        (new Frame(server_))->Show();
+        frame_ = new Frame(server_);
+        frame_->Show();
         server_.stopOnSignals();
         thread_ = std::thread([this] {
             server_.run();
-            CallAfter([this] { closeWindows(); });
+            CallAfter([this] {
+                if (frame_) {
+                    frame_->end();
+                }
+            });
         });
         return true;
     }
@@ -37,20 +42,8 @@ public:
     }
 
 private:
-    /// The server has ended, on a signal; so does the window, whatever it asks just now.
-    void closeWindows() {
-        for (wxWindow* window : wxTopLevelWindows) {
-            auto* const dialog = dynamic_cast<wxDialog*>(window);
-            if (dialog != nullptr && dialog->IsModal()) {
-                dialog->EndModal(wxID_CANCEL);
-            }
-        }
-        if (wxWindow* const frame = GetTopWindow()) {
-            frame->Close(true);
-        }
-    }
-
     Server& server_;
+    wxWeakRef<Frame> frame_;
     std::thread thread_;
 };
 

@@ -30,6 +30,16 @@ inline simulator::Packet dumpRequest(std::uint8_t planes) {
     return padded({0x02, 0xC3, 0xE8, planes}, 64);
 }
 
+/// An image frame, dark but for three dots: the first one is of entry 9, the last one of entry 2,
+/// and that in row 7, column 10 of entry 4.
+inline simulator::Packet image() {
+    simulator::Packet packet = padded({0x81, 0xC3, 0xE7, 0x00, 0x80}, 2052);  // Plane 0: the first.
+    packet[4 + 3 * 512] = 0x80;                                               // Plane 3: the same.
+    packet[4 + 512 + 511] = 0x01;                                             // Plane 1: the last.
+    packet[4 + 2 * 512 + 16 * 7 + 1] = 0x20;                                  // Plane 2.
+    return packet;
+}
+
 inline simulator::Packet openUpload(const std::string& name) {
     simulator::Packet packet = command({0x0A, 0x00});
     std::copy(name.begin(), name.end(), packet.begin() + 6);

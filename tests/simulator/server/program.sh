@@ -32,9 +32,10 @@ wait_until() {
   done
 }
 
-# start_simulator OPTION...: on a port of its own; leaves PROCESS and PORT.
+# start_simulator OPTION...: on a port of its own, headless unless MODE says otherwise; leaves PROCESS and PORT.
 start_simulator() {
-  "$SIMULATOR" --headless --port 0 "$@" >"$WORK/out" 2>"$WORK/errors" &
+  # shellcheck disable=SC2086  # Empty: no argument.
+  "$SIMULATOR" ${MODE---headless} --port 0 "$@" >"$WORK/out" 2>"$WORK/errors" &
   PROCESS=$!
   wait_until "it listens" grep -q '^port ' "$WORK/out"
   PORT=$(sed -n '1s/^port //p' "$WORK/out")

@@ -31,6 +31,7 @@ public:
     RunningServer(const RunningServer&) = delete;
     RunningServer& operator=(const RunningServer&) = delete;
 
+    simulator::Server& server() { return server_; }
     std::uint16_t port() const { return server_.port(); }
     std::string place() const { return "127.0.0.1:" + std::to_string(port()); }
 
