@@ -20,21 +20,38 @@ start_tool() {
   wait_until "the tool rests" tool_rests
 }
 
-# The board's options are those of the simulated bus; without a board nobody listens in the end.
+# The board's options are those of the simulated bus; without a board nobody listens in the end. It has
+# no window, unless SIMULATOR_MODE is empty.
 start_simulator() {
-  local out
+  local out board=${LUMADOT_SIM_BOARD:-standard}
   stop_simulator
   out=$(mktemp)
-  "$SIMULATOR" --headless --port 0 --state "$LUMADOT_SIM_STORE" \
+  # shellcheck disable=SC2086  # Empty: no argument.
+  "$SIMULATOR" ${SIMULATOR_MODE---headless} --port 0 --board "${board/none/standard}" --state "$LUMADOT_SIM_STORE" \
     --frame-interval "${LUMADOT_SIM_FRAME_MS:-0}" >"$out" &
   SIMULATOR_PROCESS=$!
   wait_until "the simulator listens" grep -q '^port ' "$out"
   LUMADOT_SIM_CONNECT=127.0.0.1:$(sed -n 's/^port //p' "$out")
   export LUMADOT_SIM_CONNECT
   rm "$out"
+  if [[ -z ${SIMULATOR_MODE---headless} ]]; then
+    # Not later: it would take the keys from the tool.
+    wait_until "the simulator's window is there" simulator_is_there
+  fi
   if [[ ${LUMADOT_SIM_BOARD:-} == none ]]; then
     stop_simulator
   fi
+}
+
+# Brings the simulator's window to the front; it is WINDOW then.
+show_simulator() {
+  wait_until "the simulator's window is there" simulator_is_there
+  activate "$WINDOW"
+}
+
+simulator_is_there() {
+  WINDOW=$(xdotool search --onlyvisible --name '^LUMADOT Simulator$' 2>/dev/null | head -n 1)
+  [[ -n $WINDOW ]]
 }
 
 stop_simulator() {

@@ -15,6 +15,7 @@ mkdir "$HOME"
 
 "$prefix/bin/lumadot-demo" >"$prefix/out" &
 TOOL=$!
+wait_until "the display is there" simulator_is_there
 wait_until "the window is there" window_is_there
 activate "$WINDOW"
 DEMO=$TOOL
