@@ -17,7 +17,7 @@ trap 'stop_simulator; rm -rf "$work"' EXIT
 # A palette that shows all shades well, and a brightness to look at.
 fill_memory() {
   local bytes entry text=
-  bytes=(2 8 15 10 15 12 15 0 15 15 0 0 0 0 0 0 0 0 0 0 1 1 200)
+  bytes=(0 8 15 10 15 12 15 0 15 15 0 0 0 0 0 0 0 0 0 0 1 1 200)
   mkdir -p "$LUMADOT_SIM_STORE/files"
   printf -v text '\\x%02x' "${bytes[@]}"
   printf '%b' "$text" >"$LUMADOT_SIM_STORE/settings"
@@ -35,9 +35,9 @@ take_picture() {
   fill_memory
   start_tool "$build/lumadot-tool" "$build/simulated_bus"
   press Down
-  expect_frame "the next input mode" "02 03 00"
-  press Up
-  expect_frame "the input mode" "02 02 00"
+  expect_frame "an input mode" "02 01 00"
+  press Down
+  expect_frame "the next input mode" "02 02 00"
   show_simulator
   import -window "$WINDOW" "$pictures/$1"
   stop_simulator
