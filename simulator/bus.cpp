@@ -191,6 +191,8 @@ bool Bus::join(const std::string& simulator) {
     return state_->simulator.has_value();
 }
 
+void Bus::leave() { state_->simulator.reset(); }
+
 void Bus::inject(Fault fault) { state_->faults.push_back(std::move(fault)); }
 
 void Bus::clearFaults() { state_->faults.clear(); }

@@ -92,7 +92,9 @@ public:
     void unplug(int number);
     /// From now on each enumeration looks for the devices of the simulator at "HOST:PORT", beside
     /// those that are plugged in here. What these do takes real time. False: that is no address.
+    /// A name is looked up once, here, for as long as that takes.
     bool join(const std::string& simulator);
+    void leave();
 
     void inject(Fault fault);
     /// Takes back every fault that has not happened yet.

@@ -16,11 +16,10 @@ class Bus;
 ///   LUMADOT_SIM_LOG       file that a line for each call is appended to
 ///   LUMADOT_SIM_FAULT     faults, separated by commas: function:nth:result, for example
 ///                         "libusb_claim_interface:1:-6"
-///   LUMADOT_SIM_CONNECT   HOST:PORT of a running simulator, which has the board then; the
-///   variables
-///                         for the board have no effect
+///   LUMADOT_SIM_CONNECT   HOST:PORT of a running simulator, which has the board then, so that the
+///                         variables for the board have no effect
 ///
-/// A value that makes no sense counts as unset.
+/// A value that makes no sense is said on stderr, with those that do, and the bus stays empty.
 void configureFromEnvironment(Bus& bus);
 
 }  // namespace simulator

@@ -1,11 +1,42 @@
 #include "simulator/remote_connection.h"
 
+#include <algorithm>
 #include <asio.hpp>
+#include <cctype>
 #include <charconv>
 
 namespace simulator {
 
 using asio::ip::tcp;
+
+namespace {
+
+/// The letters of a machine's name.
+bool isNameLetter(char letter) {
+    const auto byte = static_cast<unsigned char>(letter);
+    return std::isalnum(byte) != 0 || letter == '-' || letter == '.';
+}
+
+/// An address stays what it is, a name becomes its addresses; none: it is neither.
+std::vector<std::string> lookUp(const std::string& host) {
+    asio::error_code error;
+    asio::ip::make_address(host, error);
+    if (!error) {
+        return {host};
+    }
+    std::vector<std::string> addresses;
+    if (host.empty() || !std::ranges::all_of(host, isNameLetter)) {
+        return addresses;
+    }
+    asio::io_context io;
+    // No flags: a machine without a network has addresses of its own, too.
+    for (const auto& entry : tcp::resolver(io).resolve(host, "", tcp::resolver::flags(), error)) {
+        addresses.push_back(entry.endpoint().address().to_string());
+    }
+    return addresses;
+}
+
+}  // namespace
 
 std::optional<RemoteAddress> parseRemoteAddress(std::string_view text) {
     const std::size_t colon = text.rfind(':');
@@ -16,13 +47,14 @@ std::optional<RemoteAddress> parseRemoteAddress(std::string_view text) {
     if (host.starts_with('[') && host.ends_with(']')) {
         host = host.substr(1, host.size() - 2);
     }
-    RemoteAddress address = {.host = host == "localhost" ? "127.0.0.1" : std::string(host)};
+    RemoteAddress address;
     const char* const end = text.data() + text.size();
     const auto [stop, wrong] = std::from_chars(text.data() + colon + 1, end, address.port);
-    asio::error_code error;
-    asio::ip::make_address(address.host, error);
-    const bool understood = !error && wrong == std::errc() && stop == end && address.port != 0;
-    return understood ? std::optional(address) : std::nullopt;
+    if (wrong != std::errc() || stop != end || address.port == 0) {
+        return std::nullopt;
+    }
+    address.hosts = lookUp(std::string(host));
+    return address.hosts.empty() ? std::nullopt : std::optional(address);
 }
 
 struct RemoteConnection::Network {
@@ -50,10 +82,13 @@ RemoteConnection::RemoteConnection() : network_(std::make_unique<Network>()) {}
 RemoteConnection::~RemoteConnection() = default;
 
 bool RemoteConnection::connect(const RemoteAddress& address, Time deadline) {
-    const tcp::endpoint endpoint(asio::ip::make_address(address.host), address.port);
+    std::vector<tcp::endpoint> endpoints;
+    for (const std::string& host : address.hosts) {
+        endpoints.emplace_back(asio::ip::make_address(host), address.port);
+    }
     tcp::socket& socket = network_->socket;
-    const bool connected =
-        network_->finish([&](auto handler) { socket.async_connect(endpoint, handler); }, deadline);
+    const bool connected = network_->finish(
+        [&](auto handler) { asio::async_connect(socket, endpoints, handler); }, deadline);
     asio::error_code ignored;
     socket.set_option(tcp::no_delay(true), ignored);
     return connected;

@@ -8,17 +8,18 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace simulator {
 
 /// Where a simulator listens.
 struct RemoteAddress {
-    std::string host = {};  ///< an address in numbers
+    std::vector<std::string> hosts = {};  ///< addresses in numbers, to be tried in turn
     std::uint16_t port = 0;
 };
 
-/// From "HOST:PORT", where HOST is an IPv4 address, an IPv6 address in brackets, or localhost.
-/// Names are not looked up, for that may take any time. Nothing: it is something else.
+/// From "HOST:PORT", where HOST is an IPv4 address, an IPv6 address in brackets, or a name, which
+/// is looked up for as long as that takes. Nothing: it is something else, or nobody knows the name.
 std::optional<RemoteAddress> parseRemoteAddress(std::string_view text);
 
 /// A TCP connection to a simulator. No call takes longer than it is told to. After a call that

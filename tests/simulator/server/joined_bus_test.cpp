@@ -225,19 +225,32 @@ TEST_F(JoinedBus, DevicesOfTheBusItselfStayBesideIt) {
     EXPECT_TRUE(devices().empty());
 }
 
+TEST_F(JoinedBus, FindsTheSimulatorByAName) {
+    const RunningServer server;
+    ASSERT_TRUE(bus.join("localhost:" + std::to_string(server.port())));
+    EXPECT_EQ(devices().size(), 1U);
+}
+
 TEST(RemoteAddress, IsAnAddressAndAPort) {
     const auto text = [](const char* given) {
         const auto address = simulator::parseRemoteAddress(given);
-        return address ? address->host + " " + std::to_string(address->port) : "none";
+        return address ? address->hosts.at(0) + " " + std::to_string(address->port) : "none";
     };
     EXPECT_EQ(text("127.0.0.1:3240"), "127.0.0.1 3240");
-    EXPECT_EQ(text("localhost:1"), "127.0.0.1 1");
     EXPECT_EQ(text("[::1]:65535"), "::1 65535");
     for (const char* wrong :
          {"", ":", "127.0.0.1", "127.0.0.1:", ":3240", "127.0.0.1:0", "127.0.0.1:65536",
-          "127.0.0.1:-1", "127.0.0.1:x", "host:3240", "127.0.0.1:3240 ", "[::1:3240"}) {
+          "127.0.0.1:-1", "127.0.0.1:x", "localhost:0", "nobody.invalid:3240", "a host:3240",
+          "127.0.0.1:3240 ", "[::1:3240", "[localhost:3240"}) {
         EXPECT_EQ(text(wrong), "none") << wrong;
     }
+}
+
+TEST(RemoteAddress, OfANameHasAllItsAddresses) {
+    const auto address = simulator::parseRemoteAddress("localhost:1");
+    ASSERT_TRUE(address.has_value());
+    EXPECT_THAT(address->hosts, testing::Contains("127.0.0.1"));
+    EXPECT_EQ(address->port, 1);
 }
 
 }  // namespace
