@@ -34,10 +34,11 @@ wait_until() {
 
 # start_simulator OPTION...: on a port of its own, headless unless MODE says otherwise; leaves PROCESS and PORT.
 start_simulator() {
+  rm -f "$WORK/out" # What the one before has said.
   # shellcheck disable=SC2086  # Empty: no argument.
   "$SIMULATOR" ${MODE---headless} --port 0 "$@" >"$WORK/out" 2>"$WORK/errors" &
   PROCESS=$!
-  wait_until "it listens" grep -q '^port ' "$WORK/out"
+  wait_until "it listens" grep -qs '^port ' "$WORK/out"
   PORT=$(sed -n '1s/^port //p' "$WORK/out")
   check "the first line is the port" [ -n "$PORT" ]
 }
