@@ -9,6 +9,7 @@
 #include <wx/utils.h>
 
 #include <array>
+#include <cmath>
 #include <cstdio>
 #include <memory>
 #include <optional>
@@ -19,6 +20,7 @@
 #include "device/file_stream.h"
 #include "device/interfaceUSB.h"
 #include "device/wire.h"
+#include "ui/accessibility.h"
 #include "ui/palette.h"
 #include "ui/palette_file.h"
 
@@ -56,10 +58,38 @@ wxString shown(const char* text) {
     return escaped;
 }
 
+/// A channel's share of the light, 0..1, from its value on the screen.
+double lightOf(unsigned char channel) {
+    const double value = channel / 255.0;
+    return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+}
+
+/// Black or white, whichever stands out more from this background (4.5:1 at least).
+const wxColour& textColourOn(const wxColour& background) {
+    constexpr double AsFarFromBlackAsFromWhite = 0.179;
+    const double light = 0.2126 * lightOf(background.Red()) + 0.7152 * lightOf(background.Green()) +
+                         0.0722 * lightOf(background.Blue());
+    return light > AsFarFromBlackAsFromWhite ? *wxBLACK : *wxWHITE;
+}
+
+/// Shows a palette entry on its button.
+void paint(wxButton& button, const wxColour& colour) {
+    button.SetBackgroundColour(colour);
+    button.SetForegroundColour(textColourOn(colour));
+    accessibility::setDescription(
+        button, wxString::Format(_("red %d, green %d, blue %d"), colour.Red(), colour.Green(),
+                                 colour.Blue()));
+}
+
 }  // namespace
 
 MainFrame::MainFrame(wxWindow* parent) : MainFrameBaseClass(parent) {
     Bind(wxEVT_CLOSE_WINDOW, &MainFrame::onClose, this);
+    wpc_Label->Bind(wxEVT_LEFT_UP, &MainFrame::onFirstPlatformsCaption, this);
+    for (const auto button : colourButtons) {
+        accessibility::keepReadable(*(this->*button));
+    }
+    Bind(wxEVT_IDLE, &MainFrame::onFirstIdle, this);
     config = usb.getSettings(config, versionString);
     usb.getUniqueId(UIDString);
     setConfig(config);
@@ -83,6 +113,7 @@ void MainFrame::showBoardVariant() {
     constexpr std::size_t FirstHidden = 2;
     const bool large = unique_id::isLargeBoard(UIDString[0]);
     wpc_Label->SetLabel(large ? _("Sega192x64") : labelOf(InputMode::WPC));
+    accessibility::setName(*set_WPC, wpc_Label->GetLabel());
     for (std::size_t mode = FirstHidden; mode < modeButtons.size(); ++mode) {
         (this->*modeButtons[mode])->Show(!large);
     }
@@ -99,7 +130,7 @@ void MainFrame::switchPalette(unsigned char index) {
 void MainFrame::setPal(unsigned char* pal) {
     for (std::size_t i = 0; i < PaletteEntries; ++i) {
         const unsigned char* const entry = pal + 3 * i;
-        (this->*colourButtons[i])->SetBackgroundColour(wxColour(entry[0], entry[1], entry[2]));
+        paint(*(this->*colourButtons[i]), wxColour(entry[0], entry[1], entry[2]));
     }
 }
 
@@ -122,7 +153,7 @@ void setColour(wxWindow* parent, wxButton* button, int index) {
     if (dialog.ShowModal() == wxID_OK) {
         colour = dialog.GetColourData().GetColour();
     }
-    button->SetBackgroundColour(colour);
+    paint(*button, colour);
     unsigned char* const entry = palette.data() + 3 * static_cast<std::ptrdiff_t>(index);
     entry[0] = colour.Red();
     entry[1] = colour.Green();
@@ -290,6 +321,30 @@ void MainFrame::OnSet_DE128x16(wxCommandEvent&) { selectInputMode(InputMode::DE1
 void MainFrame::OnSet_Inder(wxCommandEvent&) { selectInputMode(InputMode::Inder); }
 void MainFrame::OnSet_Sleic(wxCommandEvent&) { selectInputMode(InputMode::Sleic); }
 void MainFrame::OnSet_HomePin(wxCommandEvent&) { selectInputMode(InputMode::HomePin); }
+
+/// A click on the text beside the button, which is no part of it, does what a click on it does.
+void MainFrame::onFirstPlatformsCaption(wxMouseEvent& event) {
+    event.Skip();
+    if (set_WPC->GetValue()) {
+        return;
+    }
+    set_WPC->SetFocus();
+    set_WPC->SetValue(true);
+    wxCommandEvent selected(wxEVT_RADIOBUTTON, set_WPC->GetId());
+    selected.SetEventObject(set_WPC);
+    selected.SetInt(1);
+    set_WPC->ProcessWindowEvent(selected);
+}
+
+/// When the toolkit is idle for the first time it takes each text for the caption of the control
+/// after it. Two of them are headings, and one stands behind its button.
+void MainFrame::onFirstIdle(wxIdleEvent& event) {
+    event.Skip();
+    Unbind(wxEVT_IDLE, &MainFrame::onFirstIdle, this);
+    accessibility::setCaptionOf(*pinball_Label, nullptr);
+    accessibility::setCaptionOf(*custom_Label, nullptr);
+    accessibility::setCaptionOf(*wpc_Label, set_WPC);
+}
 
 /// The record's byte only: the controller hears of it when the settings are saved.
 void MainFrame::enhancer_CheckBox_Clicked(wxCommandEvent& event) {

@@ -96,6 +96,8 @@ private:
     void selectInputMode(InputMode mode);
     void capture(const wxString& folder);
     void onClose(wxCloseEvent& event);
+    void onFirstIdle(wxIdleEvent& event);
+    void onFirstPlatformsCaption(wxMouseEvent& event);
 };
 
 /// Lets the user pick the colour of palette entry `index` (0..15), stores it and sends the whole

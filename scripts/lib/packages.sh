@@ -6,7 +6,8 @@ BUILD_PACKAGES=(g++ cmake ninja-build pkg-config libwxgtk3.2-dev libgtk-3-dev li
   libasio-dev libcli11-dev nlohmann-json3-dev libpng-dev libgif-dev)
 RUN_PACKAGES=(xvfb xauth xdotool x11-utils imagemagick openbox fonts-dejavu-core adwaita-icon-theme)
 TEST_PACKAGES=(libgtest-dev libumockdev-dev umockdev libbenchmark-dev desktop-file-utils appstream
-  groff-base man-db libxml2-utils procps zsh fish python3-pil "${RUN_PACKAGES[@]}")
+  groff-base man-db libxml2-utils procps libatspi2.0-dev at-spi2-core dbus
+  zsh fish python3-pil "${RUN_PACKAGES[@]}")
 SYSTEM_TEST_PACKAGES=(qemu-system-x86 mmdebstrap genext2fs e2fsprogs)
 FUZZ_PACKAGES=(clang libclang-rt-dev)
 COVERAGE_PACKAGES=(gcovr)

@@ -71,6 +71,17 @@ TEST_F(RealInput, ClickBesideTheFirstPlatformsCaptionSelectsIt) {
     EXPECT_THAT(sentFrames(), ElementsAre("81 C3 E7 FF 02 01 00*2046"));
 }
 
+TEST_F(RealInput, ClickOnTheFirstPlatformsCaptionSelectsAndSendsItOnce) {
+    click(the(&Members::wpc_Label), [this] { return board->working()[0] == 1; });
+    EXPECT_THAT(support::checkedModes(window()), ElementsAre(1));
+    EXPECT_THAT(support::shownColours(window()), ElementsAre(0, 1, 4, 15));
+    EXPECT_TRUE(the(&Members::set_WPC).HasFocus());
+    // Once it is selected a click changes nothing, as with every other caption.
+    click(the(&Members::wpc_Label), [] { return true; });
+    click(the(&Members::set_Stern), [this] { return board->working()[0] == 2; });
+    EXPECT_THAT(sentFrames(), ElementsAre(frame("81 C3 E7 FF 02 01"), frame("81 C3 E7 FF 02 02")));
+}
+
 TEST_F(RealInput, ClicksOnTwoInputModesSendOneFrameEach) {
     click(the(&Members::set_Spike), [this] { return board->working()[0] == 4; });
     click(the(&Members::set_PinMame), [this] { return board->working()[0] == 0; });

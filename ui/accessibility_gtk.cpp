@@ -1,0 +1,45 @@
+#include <gtk/gtk.h>
+
+#include "ui/accessibility.h"
+
+namespace accessibility {
+
+namespace {
+
+GtkWidget* widgetOf(const wxWindow& window) { return GTK_WIDGET(window.GetHandle()); }
+
+/// For the whole program.
+bool addStyle(const char* rules) {
+    GtkCssProvider* const style = gtk_css_provider_new();
+    gtk_css_provider_load_from_data(style, rules, -1, nullptr);
+    gtk_style_context_add_provider_for_screen(gdk_screen_get_default(), GTK_STYLE_PROVIDER(style),
+                                              GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
+    g_object_unref(style);
+    return true;
+}
+
+}  // namespace
+
+void setName(wxWindow& control, const wxString& name) {
+    atk_object_set_name(gtk_widget_get_accessible(widgetOf(control)), name.utf8_str());
+}
+
+void setDescription(wxWindow& control, const wxString& description) {
+    atk_object_set_description(gtk_widget_get_accessible(widgetOf(control)),
+                               description.utf8_str());
+}
+
+void setCaptionOf(wxStaticText& text, wxWindow* control) {
+    gtk_label_set_mnemonic_widget(GTK_LABEL(widgetOf(text)),
+                                  control != nullptr ? widgetOf(*control) : nullptr);
+}
+
+void keepReadable(wxWindow& button) {
+    static const bool styled = addStyle(
+        ".palette-entry, .palette-entry * { text-shadow: none; }"
+        ".palette-entry:focus { outline: 2px solid currentColor; outline-offset: -5px; }");
+    static_cast<void>(styled);
+    gtk_style_context_add_class(gtk_widget_get_style_context(widgetOf(button)), "palette-entry");
+}
+
+}  // namespace accessibility
