@@ -6,6 +6,7 @@ option(LUMADOT_SANITIZE "Build with the address and undefined-behaviour sanitize
 option(LUMADOT_FUZZ "Build the fuzz targets (clang only)" OFF)
 option(LUMADOT_BENCH "Build the benchmarks" OFF)
 option(LUMADOT_COVERAGE "Build with coverage counters" OFF)
+option(LUMADOT_HARDEN "Build with what makes a memory error hard to use (not with the sanitizers)" ON)
 
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
@@ -25,6 +26,16 @@ endif()
 if(LUMADOT_COVERAGE)
   add_compile_options(--coverage -fprofile-update=atomic)
   add_link_options(--coverage)
+endif()
+
+if(LUMADOT_HARDEN AND UNIX AND NOT APPLE AND NOT LUMADOT_SANITIZE)
+  include(CheckPIESupported)
+  check_pie_supported(LANGUAGES CXX)
+  set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+  add_compile_options(-fstack-protector-strong -fstack-clash-protection
+    # It works in optimised builds only, and a compiler may have set it by itself.
+    $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE> $<$<NOT:$<CONFIG:Debug>>:-D_FORTIFY_SOURCE=3>)
+  add_link_options(LINKER:-z,relro LINKER:-z,now)
 endif()
 
 function(lumadot_settings target)
