@@ -3,8 +3,8 @@
 # shellcheck disable=SC2030,SC2031  # with_display is a subshell, and its helpers run inside it.
 
 # with_display COMMAND...
-# Runs the command on a fresh 1280x1024 display with a window manager, takes both down afterwards
-# and returns the command's exit code.
+# Runs the command on a fresh display of 1280x1024 (or LUMADOT_SCREEN) with a window manager, takes both
+# down afterwards and returns the exit code of the command.
 with_display() (
   logs=$(mktemp -d) || exit 1
   server='' manager=''
@@ -13,7 +13,7 @@ with_display() (
   : >"$logs/number"
   # Without -noreset the server starts anew when its last client leaves, and refuses the next one.
   # With -r a key that a busy machine lets go of late is not repeated.
-  Xvfb -noreset -r -displayfd 3 -screen 0 1280x1024x24 3>"$logs/number" >"$logs/Xvfb" 2>&1 &
+    Xvfb -noreset -r -displayfd 3 -screen 0 "${LUMADOT_SCREEN:-1280x1024x24}" 3>"$logs/number" >"$logs/Xvfb" 2>&1 &
   server=$!
   wait_for Xvfb "$server" has_line "$logs/number" || exit 1
   DISPLAY=":$(<"$logs/number")"
