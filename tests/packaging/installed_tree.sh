@@ -5,8 +5,9 @@
 set -euo pipefail
 
 cmake=$1
-build=$2
+build=$(realpath "$2")
 shift 2
+cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 prefix=$(mktemp -d)
 trap 'rm -rf "$prefix"' EXIT
 
@@ -42,6 +43,7 @@ expected() {
 share/applications/lumadot-tool.desktop
 share/doc/lumadot-tool/changelog.gz
 share/doc/lumadot-tool/copyright
+share/doc/lumadot-tool/examples/66-lumadot-group.rules
 share/icons/hicolor/128x128/apps/lumadot-tool.png
 share/icons/hicolor/16x16/apps/lumadot-tool.png
 share/icons/hicolor/22x22/apps/lumadot-tool.png
@@ -53,6 +55,13 @@ share/icons/hicolor/64x64/apps/lumadot-tool.png
 share/icons/hicolor/scalable/apps/lumadot-tool.svg
 share/metainfo/io.github.lumadot.lumadot_tool.metainfo.xml
 share/mime/packages/lumadot-tool.xml'
+  local page
+  for page in user-guide troubleshooting lumadotctl simulator file-formats protocol; do
+    if [[ -e docs/$page.md ]]; then
+      echo "share/doc/lumadot-tool/$page.md"
+    fi
+  done
+  find docs/pictures -type f -printf 'share/doc/lumadot-tool/pictures/%P\n'
 }
 
 diff <(expected "$@" | LC_ALL=C sort) \
