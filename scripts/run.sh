@@ -1,26 +1,19 @@
 #!/usr/bin/env bash
-# Builds the tool and starts it. With a controller on the bus it uses that; with none it starts a
-# simulated one beside it. Without a display it plays a short session on a private one instead.
+# Builds the tool and starts it. With a controller on the bus it uses that, and says what to do if it may
+# not be opened; with none it starts a simulated one beside it. Without a display it plays a short session
+# on a private one instead.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 # shellcheck source=scripts/lib/packages.sh
 source scripts/lib/packages.sh
+# shellcheck source=scripts/lib/controller.sh
+source scripts/lib/controller.sh
 
 build=build/release
 
 has_display() {
   [[ -n ${WAYLAND_DISPLAY:-} ]] && return 0
   [[ -n ${DISPLAY:-} ]] && { ! command -v xprop >/dev/null || xprop -root >/dev/null 2>&1; }
-}
-
-has_controller() {
-  local device
-  for device in /sys/bus/usb/devices/*; do
-    if [[ $(cat "$device/idVendor" "$device/idProduct" 2>/dev/null) == $'0314\ne457' ]]; then
-      return 0
-    fi
-  done
-  return 1
 }
 
 need_packages "${BUILD_PACKAGES[@]}"
@@ -36,7 +29,8 @@ if ! has_display; then
   need_packages "${RUN_PACKAGES[@]}"
   exec scripts/on_display.sh scripts/demo.sh "$build"
 fi
-if has_controller; then
+if find_controller ""; then
+  may_open "$CONTROLLER" ""
   exec "$build/lumadot-tool"
 fi
 echo "No controller on the bus: starting a simulated one beside the tool."

@@ -13,7 +13,7 @@ with_display() (
   : >"$logs/number"
   # Without -noreset the server starts anew when its last client leaves, and refuses the next one.
   # With -r a key that a busy machine lets go of late is not repeated.
-    Xvfb -noreset -r -displayfd 3 -screen 0 "${LUMADOT_SCREEN:-1280x1024x24}" 3>"$logs/number" >"$logs/Xvfb" 2>&1 &
+  Xvfb -noreset -r -displayfd 3 -screen 0 "${LUMADOT_SCREEN:-1280x1024x24}" 3>"$logs/number" >"$logs/Xvfb" 2>&1 &
   server=$!
   wait_for Xvfb "$server" has_line "$logs/number" || exit 1
   DISPLAY=":$(<"$logs/number")"
