@@ -25,6 +25,7 @@ files_of() {
       ;;
     lumadot-simulator)
       echo bin/lumadot-demo
+      echo share/man/man1/lumadot-demo.1.gz
       echo lib/lumadot/simulated_bus/libusb-1.0.so.0
       echo lib/lumadot/simulated_bus/libusb-1.0.so.0.0.0
       ;;
