@@ -54,7 +54,7 @@ use_window() {
   wait_until "the window of $program is there" window_is_there
   activate "$WINDOW"
   wait_until "the tool rests" tool_rests
-  import -window "$WINDOW" build/packages/in-the-bare-root.png
+  import -window "$WINDOW" build/in-the-bare-root.png
   close_tool || fail "$program ended with $?"
   echo "$program: its window came up and closed"
 }
