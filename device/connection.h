@@ -30,7 +30,8 @@ int claim(libusb_device_handle* handle);
 /// Releases interface 0, whether it is claimed or not, and closes.
 void close(libusb_device_handle* handle);
 
-/// One bulk transfer to the controller, `timeout` in ms; `sent` takes the number of bytes that left.
+/// One bulk transfer to the controller, `timeout` in ms; `sent` takes the number of bytes that
+/// left.
 int send(libusb_device_handle* handle, std::span<const std::uint8_t> bytes, unsigned int timeout,
          int* sent = nullptr);
 /// One bulk transfer from the controller; `received` takes the number of bytes that arrived.

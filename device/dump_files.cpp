@@ -21,8 +21,8 @@ std::string nameAt(std::time_t time, const char* pattern) {
     return name.data();
 }
 
-/// Opens, appends, closes. One write for a block: what is there is there whole. An empty block opens all the
-/// same: the file is there, and its writing was tried.
+/// Opens, appends, closes. One write for a block: what is there is there whole. An empty block
+/// opens all the same: the file is there, and its writing was tried.
 bool append(const std::string& path, std::string_view block) {
     // Binary for the text file too: its line ends are CR LF on every system.
     const file::Stream stream(std::fopen(path.c_str(), "ab"));
@@ -30,7 +30,8 @@ bool append(const std::string& path, std::string_view block) {
         return false;
     }
     std::setvbuf(stream.get(), nullptr, _IONBF, 0);
-    return block.empty() || std::fwrite(block.data(), 1, block.size(), stream.get()) == block.size();
+    return block.empty() ||
+           std::fwrite(block.data(), 1, block.size(), stream.get()) == block.size();
 }
 
 }  // namespace
@@ -53,8 +54,6 @@ bool Files::appendRaw(std::span<const std::uint8_t> block) const {
     return append(raw_, {reinterpret_cast<const char*>(block.data()), block.size()});
 }
 
-bool Files::appendText(std::string_view block) const {
-    return append(text_, block);
-}
+bool Files::appendText(std::string_view block) const { return append(text_, block); }
 
 }  // namespace dump

@@ -1,5 +1,6 @@
 # shellcheck shell=bash
 # Whether a controller is plugged in, and whether this user may open it. To be sourced.
+# shellcheck disable=SC2034  # CONTROLLER is read by the scripts that source this file.
 
 # find_controller ROOT
 # Leaves the file that a program has to open in CONTROLLER; fails when none is on the bus. ROOT, which is
