@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Runs as the ordinary user inside the guest, on a display: guest_session.sh work|silent|unplug LOG
+# Runs as the ordinary user inside the guest, on a display: guest_session.sh everything|silent|unplug LOG
 # The unmodified tool with the real libusb; LOG is the simulator's.
 set -euo pipefail
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
@@ -64,7 +64,7 @@ folder_is_taken() {
 frames() { cat "$HOME"/*_lumadot_dump.txt 2>/dev/null | grep -c '^0x'; }
 frames_reach() { [[ $(frames) -ge $1 ]]; }
 
-work() {
+everything() {
   head -c 65536 /dev/urandom >"$HOME/upload.bin"
   start
   choose_device_item 3

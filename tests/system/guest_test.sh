@@ -67,9 +67,9 @@ detach() {
 }
 device_is_gone() { ! find_node >/dev/null; }
 
-serve work
-session work
-cmp /home/player/upload.bin "$work/work/files/upload.bin"
+serve everything
+session everything
+cmp /home/player/upload.bin "$work/everything/files/upload.bin"
 say "the file arrived byte for byte"
 detach
 
