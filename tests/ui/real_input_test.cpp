@@ -79,7 +79,8 @@ TEST_F(RealInput, ClickOnTheFirstPlatformsCaptionSelectsAndSendsItOnce) {
     // Once it is selected a click changes nothing, as with every other caption.
     click(the(&Members::wpc_Label), [] { return true; });
     click(the(&Members::set_Stern), [this] { return board->working()[0] == 2; });
-    EXPECT_THAT(sentFrames(), ElementsAre(frame("81 C3 E7 FF 02 01"), frame("81 C3 E7 FF 02 02")));
+    EXPECT_THAT(sentFrames(),
+                ElementsAre("81 C3 E7 FF 02 01 00*2046", "81 C3 E7 FF 02 02 00*2046"));
 }
 
 TEST_F(RealInput, ClicksOnTwoInputModesSendOneFrameEach) {
