@@ -1,22 +1,24 @@
 #!/usr/bin/env bash
-# Builds the Debian package and the archive into build/packages; scripts/package_test.sh tries them.
+# Builds the Debian package and the archive into build/packages: scripts/package.sh [PRESET], release unless
+# said otherwise. scripts/package_test.sh tries them.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 # shellcheck source=scripts/lib/packages.sh
 source scripts/lib/packages.sh
 
+preset=${1:-release}
 packages=build/packages
 
 need_packages "${BUILD_PACKAGES[@]}" "${PACKAGING_PACKAGES[@]}"
 mkdir -p "$packages"
-cmake --preset release >build/configure.log 2>&1 || {
+cmake --preset "$preset" >build/configure.log 2>&1 || {
   cat build/configure.log
   exit 1
 }
-cmake --build --preset release
+cmake --build --preset "$preset"
 rm -rf "${packages:?}"/*
 umask 022 # Of the folders in the packages.
-cpack --config build/release/CPackConfig.cmake -B "$packages" >"$packages/cpack.log" 2>&1 || {
+cpack --config "build/$preset/CPackConfig.cmake" -B "$packages" >"$packages/cpack.log" 2>&1 || {
   cat "$packages/cpack.log"
   exit 1
 }

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# Builds the packages and tries the Debian package: lintian, how the programs are hardened, and a bare
-# Debian root in which it is installed, used on a display, and removed without a trace. Exit code 77: all
-# that could be tried went well, but a bare root cannot be made here; it says why.
+# Builds the packages and tries the Debian package: scripts/package_test.sh [PRESET], release unless said
+# otherwise. lintian, how the programs are hardened, and a bare Debian root in which it is installed, used on
+# a display, and removed without a trace. Exit code 77: all that could be tried went well, but a bare root
+# cannot be made here; it says why.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 # shellcheck source=scripts/lib/packages.sh
@@ -28,7 +29,7 @@ check_hardening() {
   rm -rf "$work"
 }
 
-scripts/package.sh
+scripts/package.sh "${1:-release}"
 need_packages "${PACKAGE_TEST_PACKAGES[@]}" "${RUN_PACKAGES[@]}"
 package=$(echo build/packages/*.deb)
 lintian --allow-root --fail-on error,warning "$package"
