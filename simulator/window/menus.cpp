@@ -117,8 +117,9 @@ wxMenu* Menus::faultMenu() {
 wxMenu* Menus::slownessMenu() {
     auto* const menu = new wxMenu;
     for (const auto& [label, ms] : Slownesses) {
-        add(*menu, label, wxITEM_RADIO,
-            [this, ms] { server_.withDevice([ms](UsbDevice& device) { device.slowDown(ms); }); });
+        add(*menu, label, wxITEM_RADIO, [this, time = ms] {
+            server_.withDevice([time](UsbDevice& device) { device.slowDown(time); });
+        });
     }
     return menu;
 }
@@ -129,7 +130,7 @@ wxMenu* Menus::frameRateMenu() {
         server_.inspect([](const UsbDevice& device) { return device.options().frameInterval; });
     for (const auto& [label, ms] : FrameIntervals) {
         auto* const item =
-            add(*menu, label, wxITEM_RADIO, [this, ms] { frame_.setFrameInterval(ms); });
+            add(*menu, label, wxITEM_RADIO, [this, time = ms] { frame_.setFrameInterval(time); });
         if (ms == interval) {
             item->Check();
         }

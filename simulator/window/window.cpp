@@ -27,7 +27,7 @@ public:
         thread_ = std::thread([this] {
             server_.run();
             CallAfter([this] {
-                if (frame_) {
+                if (frame_ != nullptr) {
                     frame_->end();
                 }
             });

@@ -17,7 +17,6 @@ namespace {
 using packets::command;
 using packets::dumpRequest;
 using simulator::Packet;
-using simulator::TransferFault;
 using simulator::UsbDevice;
 using What = simulator::TransferFault::What;
 

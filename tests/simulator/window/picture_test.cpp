@@ -12,7 +12,6 @@ namespace {
 using packets::command;
 using packets::image;
 using support::runUntil;
-using testing::HasSubstr;
 
 using Colour = std::array<int, 3>;
 
