@@ -13,9 +13,10 @@ constexpr const char* PresetNames[] = {"VGA",  "Red",    "Green", "Blue",  "Viol
 
 /// Told by its colours: no two presets have the same.
 std::string paletteInWords(const Palette& palette) {
-    for (std::uint8_t i = 0; i < std::size(PresetNames); ++i) {
-        if (preset(i) == palette) {
-            return words::presetName(i);
+    for (std::size_t i = 0; i < std::size(PresetNames); ++i) {
+        const auto number = static_cast<std::uint8_t>(i);
+        if (preset(number) == palette) {
+            return words::presetName(number);
         }
     }
     return "Custom";

@@ -13,7 +13,6 @@ namespace {
 using simulator::UsbDevice;
 using simulator::usbip::Bytes;
 using support::byteText;
-using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
