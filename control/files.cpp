@@ -113,7 +113,7 @@ std::vector<std::uint8_t> readHead(const std::string& path, std::size_t limit) {
     std::size_t size = 0;
     const file::Stream stream = openToRead(path, static_cast<std::size_t>(-1), size);
     const file::Head head = file::readHead(stream.get(), limit);
-    return {head.bytes.get(), head.bytes.get() + head.size};
+    return std::vector<std::uint8_t>(head.bytes.get(), head.bytes.get() + head.size);
 }
 
 void writeWhole(const std::string& path, std::span<const std::uint8_t> bytes) {

@@ -36,7 +36,9 @@ struct Upload {
 
 std::string madeOf(Bytes material, std::size_t length) {
     std::string made(material.begin(), material.end());
-    made.resize(std::max<std::size_t>(made.size(), 1), '\xA5');
+    if (made.empty()) {
+        made = "\xA5";
+    }
     while (made.size() < length) {
         made += made;
     }
