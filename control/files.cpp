@@ -83,7 +83,7 @@ void writeBeside(const std::string& path, const fs::path& file,
     if (!written || error) {
         const Failure failure = notWritten(path);
         fs::remove(fresh, error);
-        throw failure;
+        throw Failure(failure);
     }
 }
 
@@ -113,7 +113,8 @@ std::vector<std::uint8_t> readHead(const std::string& path, std::size_t limit) {
     std::size_t size = 0;
     const file::Stream stream = openToRead(path, static_cast<std::size_t>(-1), size);
     const file::Head head = file::readHead(stream.get(), limit);
-    return std::vector<std::uint8_t>(head.bytes.get(), head.bytes.get() + head.size);
+    std::vector<std::uint8_t> bytes(head.bytes.get(), head.bytes.get() + head.size);
+    return bytes;
 }
 
 void writeWhole(const std::string& path, std::span<const std::uint8_t> bytes) {
