@@ -1,5 +1,6 @@
 #include "control/files.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
@@ -113,7 +114,8 @@ std::vector<std::uint8_t> readHead(const std::string& path, std::size_t limit) {
     std::size_t size = 0;
     const file::Stream stream = openToRead(path, static_cast<std::size_t>(-1), size);
     const file::Head head = file::readHead(stream.get(), limit);
-    std::vector<std::uint8_t> bytes(head.bytes.get(), head.bytes.get() + head.size);
+    std::vector<std::uint8_t> bytes(head.size);
+    std::copy_n(head.bytes.get(), head.size, bytes.begin());
     return bytes;
 }
 
