@@ -65,8 +65,9 @@ std::string choices(const CommandWords& command) {
         words.push_back(next.text);
     }
     const std::string kind = words.empty() ? kindText(command.operand) : "words:" + joined(words);
-    return "        " + quoted(command.path) + ")\n            words=" + quoted(joined(options)) +
-           "\n            kind=" + quoted(kind) + "\n            ;;\n";
+    return "        " + inQuotes(command.path) +
+           ")\n            words=" + inQuotes(joined(options)) +
+           "\n            kind=" + inQuotes(kind) + "\n            ;;\n";
 }
 
 }  // namespace

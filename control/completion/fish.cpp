@@ -28,14 +28,14 @@ complete -c lumadotctl -f
 std::string lines(const std::string& function, const std::vector<std::string>& words) {
     std::string text = "\nfunction " + function + "\n    printf '%s\\n'";
     for (const std::string& word : words) {
-        text += " \\\n        " + quoted(word);
+        text += " \\\n        " + inQuotes(word);
     }
     return text + "\nend\n";
 }
 
 /// Where a line of completions holds, and what it offers.
 std::string complete(const std::string& path) {
-    return "complete -c lumadotctl -n " + quoted("__lumadotctl_at " + quoted(path));
+    return "complete -c lumadotctl -n " + inQuotes("__lumadotctl_at " + inQuotes(path));
 }
 
 std::string offers(const Value& value) {
@@ -53,7 +53,7 @@ std::string offers(const Value& value) {
             for (const std::string& word : value.words) {
                 text += (text.empty() ? "" : " ") + word;
             }
-            return " -a " + quoted(text);
+            return " -a " + inQuotes(text);
         }
         case Value::Kind::None:
             break;
@@ -61,31 +61,18 @@ std::string offers(const Value& value) {
     return "";
 }
 
-std::string steps(const std::vector<CommandWords>& commands) {
-    std::string text;
-    for (const CommandWords& command : commands) {
-        for (const Word& next : command.commands) {
-            const std::string path =
-                command.path.empty() ? next.text : command.path + " " + next.text;
-            text += "            case " + quoted(command.path + " " + next.text) +
-                    "\n                set command " + quoted(path) + "\n";
-        }
-    }
-    return text;
-}
-
 std::string completions(const CommandWords& command) {
     const std::string start = complete(command.path);
     std::string text;
     for (const Word& next : command.commands) {
-        text += start + " -a " + next.text + " -d " + quoted(next.description) + "\n";
+        text += start + " -a " + next.text + " -d " + inQuotes(next.description) + "\n";
     }
     if (command.operand.kind != Value::Kind::None) {
         text += start + offers(command.operand) + "\n";
     }
     for (const OptionWord& option : command.options) {
         text += start + " -l " + option.text.substr(2) + (option.takesValue ? " -r" : "") +
-                offers(option.value) + " -d " + quoted(option.description) + "\n";
+                offers(option.value) + " -d " + inQuotes(option.description) + "\n";
     }
     return text;
 }
@@ -93,9 +80,10 @@ std::string completions(const CommandWords& command) {
 }  // namespace
 
 std::string fishScript(const std::vector<CommandWords>& commands) {
-    std::string text = Start + steps(commands) + AfterSteps +
-                       lines("__lumadotctl_modes", modeWords()) +
-                       lines("__lumadotctl_presets", presetWords()) + "\n";
+    std::string text =
+        Start + steps(commands, "            case ", "\n                set command ", "\n") +
+        AfterSteps + lines("__lumadotctl_modes", modeWords()) +
+        lines("__lumadotctl_presets", presetWords()) + "\n";
     for (const CommandWords& command : commands) {
         text += completions(command);
     }

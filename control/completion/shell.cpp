@@ -31,30 +31,21 @@ std::string kindText(const Value& value) {
 std::string array(const std::string& name, const std::vector<std::string>& words) {
     std::string text = "    local -a " + name + "=(";
     for (const std::string& word : words) {
-        text += "\n        " + quoted(word);
+        text += "\n        " + inQuotes(word);
     }
     return text + ")\n";
 }
 
 std::string steps(const std::vector<CommandWords>& commands) {
-    std::string text;
-    for (const CommandWords& command : commands) {
-        for (const Word& next : command.commands) {
-            const std::string path =
-                command.path.empty() ? next.text : command.path + " " + next.text;
-            text += "            " + quoted(command.path + " " + next.text) +
-                    ") command=" + quoted(path) + " ;;\n";
-        }
-    }
-    return text;
+    return steps(commands, "            ", ") command=", " ;;\n");
 }
 
 std::string values(const CommandWords& command) {
     std::string text;
     for (const OptionWord& option : command.options) {
         if (option.takesValue) {
-            text += "        " + quoted(command.path + " " + option.text) +
-                    ") kind=" + quoted("value-" + kindText(option.value)) + " ;;\n";
+            text += "        " + inQuotes(command.path + " " + option.text) +
+                    ") kind=" + inQuotes("value-" + kindText(option.value)) + " ;;\n";
         }
     }
     return text;

@@ -89,12 +89,26 @@ std::vector<CommandWords> wordsOf(const CLI::App& app) {
 std::vector<std::string> modeWords() { return labelsOf(modeNames()); }
 std::vector<std::string> presetWords() { return labelsOf(presetNames()); }
 
-std::string quoted(std::string_view text) {
+std::string inQuotes(std::string_view text) {
     std::string result = "'";
     for (const char letter : text) {
         result += letter == '\'' ? R"('\'')" : std::string(1, letter);
     }
     return result + "'";
+}
+
+std::string steps(const std::vector<CommandWords>& commands, const std::string& before,
+                  const std::string& between, const std::string& after) {
+    std::string text;
+    for (const CommandWords& command : commands) {
+        for (const Word& next : command.commands) {
+            const std::string words = command.path + " " + next.text;
+            const std::string path = command.path.empty() ? next.text : words;
+            text += before;
+            text += inQuotes(words) + between + inQuotes(path) + after;
+        }
+    }
+    return text;
 }
 
 }  // namespace control::completion

@@ -44,7 +44,12 @@ std::vector<std::string> modeWords();
 std::vector<std::string> presetWords();
 
 /// In single quotes, as all three shells take it.
-std::string quoted(std::string_view text);
+std::string inQuotes(std::string_view text);
+
+/// For every command and each word that leads on from it: `before`, both in quotes, `between`, the
+/// command that they make in quotes, `after`.
+std::string steps(const std::vector<CommandWords>& commands, const std::string& before,
+                  const std::string& between, const std::string& after);
 
 // The scripts.
 std::string bashScript(const std::vector<CommandWords>& commands);

@@ -45,7 +45,7 @@ std::string described(const Word& word) {
     for (const char letter : word.text) {
         text += letter == ':' ? "\\:" : std::string(1, letter);
     }
-    return quoted(text + ":" + word.description);
+    return inQuotes(text + ":" + word.description);
 }
 
 template <class Words>
@@ -59,8 +59,9 @@ std::string describedArray(const std::string& name, const Words& words) {
 
 std::string choices(const CommandWords& command) {
     const std::string kind = command.commands.empty() ? kindText(command.operand) : "commands";
-    return "        " + quoted(command.path) + ")\n" + describedArray("options", command.options) +
-           describedArray("subcommands", command.commands) + "            kind=" + quoted(kind) +
+    return "        " + inQuotes(command.path) + ")\n" +
+           describedArray("options", command.options) +
+           describedArray("subcommands", command.commands) + "            kind=" + inQuotes(kind) +
            "\n            ;;\n";
 }
 

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <string>
 #include <vector>
 
 #include "display/look.h"
@@ -31,6 +32,15 @@ pictures::Sequence chanceFrames(std::vector<unsigned> seeds, std::vector<std::ui
 
 /// The picture that the display's painter makes of a frame.
 Bytes painted(const pictures::Sequence& sequence, std::uint64_t number, const display::Look& look);
+
+/// A way to draw a display of that size.
+struct LookCase {
+    std::string name;
+    std::size_t scale;
+    display::Dots dots;
+    std::size_t columns;
+    std::size_t rows;
+};
 
 /// A palette of random colours, some of them equal.
 display::Look chanceLook(std::size_t scale, display::Dots dots);

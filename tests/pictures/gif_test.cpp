@@ -39,15 +39,7 @@ protected:
     bool isEmpty() const { return std::filesystem::is_empty(folder.path()); }
 };
 
-struct LookCase {
-    std::string name;
-    std::size_t scale;
-    Dots dots;
-    std::size_t columns;
-    std::size_t rows;
-};
-
-class GifOf : public Gif, public testing::WithParamInterface<LookCase> {};
+class GifOf : public Gif, public testing::WithParamInterface<decoded::LookCase> {};
 
 TEST_P(GifOf, ShowsEachFrameInItsColours) {
     const auto& row = GetParam();
@@ -61,12 +53,12 @@ TEST_P(GifOf, ShowsEachFrameInItsColours) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Looks, GifOf,
-                         testing::Values(LookCase{"Dots1", 1, Dots::Square, 128, 32},
-                                         LookCase{"Square3", 3, Dots::Square, 128, 32},
-                                         LookCase{"Round4", 4, Dots::Round, 128, 32},
-                                         LookCase{"Round8", 8, Dots::Round, 128, 32},
-                                         LookCase{"Round37", 37, Dots::Round, 16, 4},
-                                         LookCase{"Xl", 2, Dots::Round, 192, 64}),
+                         testing::Values(decoded::LookCase{"Dots1", 1, Dots::Square, 128, 32},
+                                         decoded::LookCase{"Square3", 3, Dots::Square, 128, 32},
+                                         decoded::LookCase{"Round4", 4, Dots::Round, 128, 32},
+                                         decoded::LookCase{"Round8", 8, Dots::Round, 128, 32},
+                                         decoded::LookCase{"Round37", 37, Dots::Round, 16, 4},
+                                         decoded::LookCase{"Xl", 2, Dots::Round, 192, 64}),
                          [](const auto& test) { return test.param.name; });
 
 /// A dark display on which a part changes, frame by frame.

@@ -36,15 +36,7 @@ protected:
     }
 };
 
-struct LookCase {
-    std::string name;
-    std::size_t scale;
-    Dots dots;
-    std::size_t columns;
-    std::size_t rows;
-};
-
-class PngOf : public Png, public testing::WithParamInterface<LookCase> {};
+class PngOf : public Png, public testing::WithParamInterface<decoded::LookCase> {};
 
 TEST_P(PngOf, ShowsTheFrameInItsColours) {
     const auto& row = GetParam();
@@ -60,12 +52,12 @@ TEST_P(PngOf, ShowsTheFrameInItsColours) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Looks, PngOf,
-                         testing::Values(LookCase{"Dots1", 1, Dots::Square, 128, 32},
-                                         LookCase{"Square3", 3, Dots::Square, 128, 32},
-                                         LookCase{"Round4", 4, Dots::Round, 128, 32},
-                                         LookCase{"Round8", 8, Dots::Round, 128, 32},
-                                         LookCase{"Round256", 256, Dots::Round, 2, 2},
-                                         LookCase{"Xl", 3, Dots::Round, 192, 64}),
+                         testing::Values(decoded::LookCase{"Dots1", 1, Dots::Square, 128, 32},
+                                         decoded::LookCase{"Square3", 3, Dots::Square, 128, 32},
+                                         decoded::LookCase{"Round4", 4, Dots::Round, 128, 32},
+                                         decoded::LookCase{"Round8", 8, Dots::Round, 128, 32},
+                                         decoded::LookCase{"Round256", 256, Dots::Round, 2, 2},
+                                         decoded::LookCase{"Xl", 3, Dots::Round, 192, 64}),
                          [](const auto& test) { return test.param.name; });
 
 TEST_F(Png, OfSeveralFramesAreNumbered) {
