@@ -104,8 +104,10 @@ std::string steps(const std::vector<CommandWords>& commands, const std::string& 
         for (const Word& next : command.commands) {
             const std::string words = command.path + " " + next.text;
             const std::string path = command.path.empty() ? next.text : words;
-            text += before;
-            text += inQuotes(words) + between + inQuotes(path) + after;
+            for (const std::string& part :
+                 {before, inQuotes(words), between, inQuotes(path), after}) {
+                text += part;
+            }
         }
     }
     return text;
