@@ -14,6 +14,7 @@ Canvas::Canvas(wxWindow* parent) {
     SetBackgroundStyle(wxBG_STYLE_PAINT);  // Everything is painted: nothing flickers.
     Create(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize,
            wxBORDER_NONE | wxWANTS_CHARS | wxFULL_REPAINT_ON_RESIZE);
+    DisableKeyboardScrolling();  // It would take keys of the menus.
     Bind(wxEVT_PAINT, [this](wxPaintEvent&) { onPaint(); });
     Bind(wxEVT_SIZE, [this](wxSizeEvent& event) {
         Refresh();
@@ -73,6 +74,13 @@ void Canvas::arrange() {
     SetVirtualSize(sizeFor(*scale_));
     const int step = FromDIP(16);
     SetScrollRate(step, step);
+}
+
+void Canvas::scrollBy(int columns, int rows) {
+    int x = 0;
+    int y = 0;
+    GetViewStart(&x, &y);
+    Scroll(std::max(x + columns, 0), std::max(y + rows, 0));
 }
 
 std::size_t Canvas::scaleNow() const {

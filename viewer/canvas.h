@@ -33,6 +33,9 @@ public:
     /// Pixels of the screen from dot to dot, 1 to `LargestScale`; nothing: as many as fit in.
     void setScale(std::optional<std::size_t> scale);
 
+    /// Where it is scrolled: by so many steps.
+    void scrollBy(int columns, int rows);
+
     /// How it is painted now.
     const display::Look& look();
     /// The client size in which the dots are `scale` pixels of the screen apart.

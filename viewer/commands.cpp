@@ -109,7 +109,9 @@ wxString keysInWords() {
                     wxMenuItem::GetLabelText(wxString(entry.label).BeforeFirst('\t')) + "\n";
         }
     }
-    return text + "Escape: leave the full screen\n\nThe menus name the keys that work everywhere.";
+    return text +
+           "Shift and an arrow: scroll\nEscape: leave the full screen\n\nThe menus name the keys "
+           "that work everywhere.";
 }
 
 }  // namespace viewer

@@ -12,6 +12,9 @@ using Clock = std::chrono::steady_clock;
 constexpr std::chrono::milliseconds TellInterval{50};
 constexpr std::chrono::milliseconds LongestStart{300};
 
+/// Whoever wants the recording waits so long, lest the work is never done.
+constexpr std::chrono::milliseconds ShortestTurn{4};
+
 }  // namespace
 
 Followed::Turn::Turn(Followed& owner) : owner_(owner) {
@@ -78,10 +81,13 @@ void Followed::run() {
 
 /// Until all is done, or somebody wants the recording.
 void Followed::work() {
-    const auto goesOn = [this](std::uint64_t, std::uint64_t) {
+    const auto start = Clock::now();
+    const auto goesOn = [&](std::uint64_t, std::uint64_t) {
         tellNowAndThen();
-        return waiting_ == 0 && !ending_ && !stopped_;
+        const bool makesWay = waiting_ > 0 && Clock::now() - start >= ShortestTurn;
+        return !makesWay && !ending_ && !stopped_;
     };
+    now_.error.clear();
     try {
         const bool indexed = index([&](std::uint64_t done, std::uint64_t total) {
             now_.bytesDone = done;
@@ -89,7 +95,6 @@ void Followed::work() {
             return goesOn(done, total);
         });
         rests_ = indexed && survey_.extend(recording_, goesOn);
-        now_.error.clear();
     } catch (const std::exception& error) {
         now_.error = error.what();
         rests_ = true;

@@ -31,6 +31,22 @@ void showAbout(wxWindow* parent) {
     wxAboutBox(info, parent);
 }
 
+/// Steps to the right and down.
+wxPoint arrowOf(int key) {
+    switch (key) {
+        case WXK_LEFT:
+            return {-1, 0};
+        case WXK_RIGHT:
+            return {1, 0};
+        case WXK_UP:
+            return {0, -1};
+        case WXK_DOWN:
+            return {0, 1};
+        default:
+            return {0, 0};
+    }
+}
+
 }  // namespace
 
 void Window::onKey(wxKeyEvent& event) {
@@ -39,6 +55,11 @@ void Window::onKey(wxKeyEvent& event) {
         return;
     }
     const bool onCanvas = FindFocus() == canvas_ && !event.AltDown() && !event.CmdDown();
+    const wxPoint arrow = arrowOf(event.GetKeyCode());
+    if (onCanvas && event.ShiftDown() && arrow != wxPoint(0, 0)) {
+        canvas_->scrollBy(arrow.x, arrow.y);
+        return;
+    }
     const auto command = onCanvas ? commandOfKey(event.GetKeyCode()) : std::nullopt;
     if (command) {
         perform(*command);

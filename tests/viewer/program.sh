@@ -1,0 +1,69 @@
+#!/usr/bin/env bash
+# The program as a user starts it: program.sh PROGRAM
+set -euo pipefail
+program=$1
+here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+# shellcheck source=scripts/lib/session.sh
+source "$here/../../scripts/lib/session.sh"
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+export HOME=$work XDG_CONFIG_HOME=$work/config
+
+# check WHAT COMMAND...
+check() {
+  local what=$1
+  shift
+  if ! "$@"; then
+    echo "failed: $what" >&2
+    exit 1
+  fi
+}
+
+# start ARGUMENT...: leaves VIEWER and WINDOW.
+start() {
+  "$program" "$@" 2>"$work/errors" &
+  VIEWER=$!
+  wait_until "the window is there" viewer_is_there
+  activate "$WINDOW"
+}
+viewer_is_there() {
+  WINDOW=$(xdotool search --onlyvisible --pid "$VIEWER" 2>/dev/null | tail -n 1)
+  [[ -n $WINDOW ]]
+}
+title_is() { [[ $(xdotool getwindowname "$WINDOW" 2>/dev/null) == "$1" ]]; }
+has_ended() { ! kill -0 "$VIEWER" 2>/dev/null; }
+quit() {
+  press ctrl+q
+  wait_until "the viewer has ended" has_ended
+  wait "$VIEWER"
+}
+
+# A frame of 128 x 32 dots: frame TIME DIGIT
+frame() {
+  printf '0x%08x\r\n' "$1"
+  for _ in {1..32}; do
+    printf "%s\r\n" "$(printf "$2%.0s" {1..128})"
+  done
+  printf '\r\n'
+}
+
+recording="$work/für mich_lumadot_dump.txt"
+{ frame 1 1 && frame 2 2; } >"$recording"
+start "$recording"
+wait_until "the title names the file" title_is "für mich_lumadot_dump.txt - LUMADOT Viewer"
+check "exit code 0" quit
+
+start -- "$recording"
+wait_until "the title names the file behind --" title_is "für mich_lumadot_dump.txt - LUMADOT Viewer"
+check "exit code 0" quit
+
+start "$work/missing.raw" # The window comes, and says so.
+check "the title names no file" title_is "LUMADOT Viewer"
+check "exit code 0" quit
+
+check "help" grep -q 'lumadot-viewer \[FILE\]' <("$program" --help)
+check "version" grep -Eq '^lumadot-viewer [0-9.]+$' <(DISPLAY='' "$program" --version)
+result=0
+"$program" one.raw two.raw 2>"$work/errors" || result=$?
+check "exit code 2 for two files, not $result" [ "$result" = 2 ]
+check "the message says where to look" grep -q 'lumadot-viewer: one recording' "$work/errors"
