@@ -5,7 +5,7 @@
 BUILD_PACKAGES=(g++ cmake ninja-build pkg-config libwxgtk3.2-dev libgtk-3-dev libusb-1.0-0-dev
   libasio-dev libcli11-dev nlohmann-json3-dev libpng-dev libgif-dev)
 RUN_PACKAGES=(xvfb xauth xdotool x11-utils imagemagick openbox fonts-dejavu-core adwaita-icon-theme)
-TEST_PACKAGES=(libgtest-dev libumockdev-dev umockdev libbenchmark-dev desktop-file-utils appstream
+TEST_PACKAGES=(libgtest-dev libx11-dev libumockdev-dev umockdev libbenchmark-dev desktop-file-utils appstream
   groff-base man-db libxml2-utils procps libatspi2.0-dev at-spi2-core dbus usbip
   librsvg2-bin python3-pyqt5.qtsvg shared-mime-info libglib2.0-bin zsh fish python3-pil "${RUN_PACKAGES[@]}")
 PACKAGING_PACKAGES=(dpkg-dev file gzip)
