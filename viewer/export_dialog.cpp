@@ -132,6 +132,7 @@ void ExportDialog::onKind() {
         path.replace_filename(path.stem().string() + "-part" + info().extension);
     }
     file->ChangeValue(textOf(path));
+    file->SetInsertionPointEnd();  // A long path shows its name.
 }
 
 void ExportDialog::browse() {
