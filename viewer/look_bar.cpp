@@ -145,13 +145,14 @@ void IndexBar::show(const State& state) {
     const std::uint64_t done = indexing ? state.bytesDone : state.surveyed;
     const std::uint64_t all = indexing ? state.bytes : state.frames;
     const bool wanted = state.error.empty() && done < all;
-    const bool appears = wanted && !text->IsShown();
+    bool moves = wanted && !text->IsShown();
     const wxString label = state.stopped ? "Stopped"
                            : indexing    ? "Reading the recording"
                                          : "Looking for gaps and shades";
     if (text->GetLabel() != label) {
         text->SetLabel(label);
         stop->SetLabel(state.stopped ? "Go &On" : "&Stop Reading");
+        moves = true;
     }
     if (all > 0) {
         gauge->SetValue(static_cast<int>(static_cast<double>(done) / static_cast<double>(all) *
@@ -160,7 +161,7 @@ void IndexBar::show(const State& state) {
     for (wxWindow* const each : std::initializer_list<wxWindow*>{text, gauge, stop}) {
         each->Show(wanted);
     }
-    if (appears) {
+    if (moves) {
         Layout();
     }
 }
