@@ -16,11 +16,11 @@
 #include <string>
 #include <utility>
 
+#include "accessibility/accessibility.h"
 #include "device/command_frame.h"
 #include "device/file_stream.h"
 #include "device/interfaceUSB.h"
 #include "device/wire.h"
-#include "ui/accessibility.h"
 #include "ui/palette.h"
 #include "ui/palette_file.h"
 

@@ -7,9 +7,9 @@
 #include <algorithm>
 #include <limits>
 
+#include "accessibility/accessibility.h"
 #include "display/painter.h"
 #include "pictures/png.h"
-#include "viewer/screen_reader.h"
 #include "viewer/window.h"
 
 namespace viewer {
@@ -67,8 +67,8 @@ ExportDialog::ExportDialog(wxWindow* parent, const Offer& offer)
     addRow(*grid, "Pictures side by &side", columns);
     addRow(*grid, "&Input mode", mode);
     auto* const caption = new wxStaticText(this, wxID_ANY, "&File");
-    screenReader::setCaptionOf(*caption, file);
-    screenReader::setName(*file, "File");
+    accessibility::setCaptionOf(*caption, file);
+    accessibility::setName(*file, "File");
     grid->Add(caption, wxSizerFlags().CentreVertical());
     grid->Add(fileRow(), wxSizerFlags().Expand());
     auto* const all = new wxBoxSizer(wxVERTICAL);
@@ -93,8 +93,8 @@ ExportDialog::ExportDialog(wxWindow* parent, const Offer& offer)
 
 void ExportDialog::addRow(wxFlexGridSizer& grid, const wxString& caption, wxWindow* control) {
     auto* const text = new wxStaticText(this, wxID_ANY, caption);
-    screenReader::setCaptionOf(*text, control);
-    screenReader::setName(*control, wxStaticText::RemoveMnemonics(caption));
+    accessibility::setCaptionOf(*text, control);
+    accessibility::setName(*control, wxStaticText::RemoveMnemonics(caption));
     grid.Add(text, wxSizerFlags().CentreVertical());
     grid.Add(control, wxSizerFlags().Expand());
 }

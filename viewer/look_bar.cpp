@@ -3,9 +3,9 @@
 
 #include <algorithm>
 
+#include "accessibility/accessibility.h"
 #include "ui/palette.h"
 #include "viewer/controls.h"
-#include "viewer/screen_reader.h"
 
 namespace viewer {
 
@@ -58,8 +58,8 @@ LookBar::LookBar(wxWindow* parent)
     const auto add = [&](const wxString& caption, wxChoice* choice) {
         auto* const pair = new wxBoxSizer(wxHORIZONTAL);
         auto* const text = new wxStaticText(this, wxID_ANY, caption);
-        screenReader::setCaptionOf(*text, choice);
-        screenReader::setName(*choice, caption);
+        accessibility::setCaptionOf(*text, choice);
+        accessibility::setName(*choice, caption);
         pair->Add(text, wxSizerFlags().CentreVertical().Border(wxRIGHT, FromDIP(4)));
         pair->Add(choice, wxSizerFlags().CentreVertical());
         if (choice == palette) {
@@ -129,8 +129,8 @@ IndexBar::IndexBar(wxWindow* parent)
       text(new wxStaticText(this, wxID_ANY, "Reading the recording")),
       gauge(new wxGauge(this, wxID_ANY, 1000)),
       stop(new wxButton(this, wxID_ANY, "&Stop Reading")) {
-    screenReader::setName(*gauge, "Reading the recording");
-    screenReader::setCaptionOf(*text, nullptr);
+    accessibility::setName(*gauge, "Reading the recording");
+    accessibility::setCaptionOf(*text, nullptr);
     auto* const row = new wxBoxSizer(wxHORIZONTAL);
     row->Add(text, wxSizerFlags().CentreVertical().Border(wxRIGHT, FromDIP(8)));
     row->Add(gauge, wxSizerFlags(1).CentreVertical().Border(wxRIGHT, FromDIP(8)));

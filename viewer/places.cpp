@@ -3,7 +3,7 @@
 #include <string>
 #include <utility>
 
-#include "viewer/screen_reader.h"
+#include "accessibility/accessibility.h"
 #include "viewer/words.h"
 
 namespace viewer {
@@ -95,7 +95,7 @@ PlaceTable::PlaceTable(wxWindow* parent)
     add("Kind", Kind, 90);
     add("Where", Where, 150);
     add("What", What, 400);
-    screenReader::setName(*this, "Damaged places and gaps");
+    accessibility::setName(*this, "Damaged places and gaps");
 }
 
 void PlaceTable::show(Places places) {

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <limits>
 
+#include "accessibility/accessibility.h"
 #include "viewer/controls.h"
-#include "viewer/screen_reader.h"
 #include "viewer/words.h"
 
 namespace viewer {
@@ -35,7 +35,7 @@ wxString speedLabel(double speed) { return wxString::FromCDouble(speed) + " x"; 
 
 PlayBar::PlayBar(wxWindow* parent)
     : wxPanel(parent), slider(new wxSlider(this, wxID_ANY, 0, 0, 1)) {
-    screenReader::setName(*slider, "Position");
+    accessibility::setName(*slider, "Position");
     auto* const column = new wxBoxSizer(wxVERTICAL);
     const int gap = FromDIP(4);
     column->Add(slider, wxSizerFlags().Expand());
@@ -57,7 +57,7 @@ wxSizer* PlayBar::moves() {
     auto* const caption = new wxStaticText(this, wxID_ANY, "Frame");
     frame = new wxSpinCtrl(this, wxID_ANY, "", wxDefaultPosition, wxDefaultSize,
                            wxSP_ARROW_KEYS | wxTE_PROCESS_ENTER, 0, 0);
-    screenReader::setName(*frame, "Frame");
+    accessibility::setName(*frame, "Frame");
     frames = new wxStaticText(this, wxID_ANY, "");
     auto* const row = new wxBoxSizer(wxHORIZONTAL);
     const auto centre = wxSizerFlags().CentreVertical();
@@ -81,7 +81,7 @@ wxSizer* PlayBar::settings() {
     }
     speed = new wxChoice(this, wxID_ANY, wxDefaultPosition, wxDefaultSize, speeds);
     speed->SetSelection(NormalSpeed);
-    screenReader::setName(*speed, "Speed");
+    accessibility::setName(*speed, "Speed");
     loop = new wxCheckBox(this, wxID_ANY, "L&oop");
     markIn = button(this, "Mark &In", "The part starts here (I)");
     markOut = button(this, "Mark Ou&t", "The part ends here (O)");
@@ -144,7 +144,7 @@ void PlayBar::showPosition(const Player& player) {
         frames->SetLabel(count);
         Layout();
     }
-    screenReader::setDescription(*slider, now);
+    accessibility::setDescription(*slider, now);
 }
 
 void PlayBar::showMarks(const Player& player) {

@@ -6,8 +6,8 @@
 
 #include <cmath>
 
+#include "accessibility/accessibility.h"
 #include "recording/error.h"
-#include "viewer/screen_reader.h"
 #include "viewer/words.h"
 
 namespace viewer {
@@ -57,7 +57,7 @@ Window::Window()
     constexpr int StatusWidths[] = {-3, -3, -4};  // Shares.
     CreateStatusBar(std::size(StatusWidths))
         ->SetStatusWidths(std::size(StatusWidths), StatusWidths);
-    screenReader::setName(*canvas_, "Display");
+    accessibility::setName(*canvas_, "Display");
     canvas_->setHint(StartHint);
     canvas_->setPalette(
         presets::colours(static_cast<std::size_t>(lookBar_->palette->GetSelection())));
@@ -274,7 +274,7 @@ void Window::showStatus() {
         }
     }
     if (player_ && !player_->isPlaying()) {
-        screenReader::setDescription(
+        accessibility::setDescription(
             *canvas_,
             wxString::Format("Frame %llu at %s", static_cast<unsigned long long>(player_->number()),
                              words::time(player_->elapsedMs())));

@@ -9,7 +9,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "simulator/window/screen_reader.h"
+#include "accessibility/accessibility.h"
 
 namespace simulator {
 
@@ -43,7 +43,7 @@ Frame::Frame(Server& server)
     if (wxImage::FindHandler(wxBITMAP_TYPE_PNG) == nullptr) {
         wxImage::AddHandler(new wxPNGHandler);
     }
-    screenReader::setName(*canvas_, "Display");
+    accessibility::setName(*canvas_, "Display");
     constexpr int StatusWidths[] = {-3, -4, -2};  // Shares.
     CreateStatusBar(std::size(StatusWidths))
         ->SetStatusWidths(std::size(StatusWidths), StatusWidths);

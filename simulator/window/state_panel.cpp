@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-#include "simulator/window/screen_reader.h"
+#include "accessibility/accessibility.h"
 
 namespace simulator {
 
@@ -33,7 +33,7 @@ wxVector<wxVariant> cells(const Row& row) {
 WordTable::WordTable(wxWindow* parent, const wxString& name)
     : wxDataViewListCtrl(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize, Style) {
     SetName(name);
-    screenReader::setName(*this, name);
+    accessibility::setName(*this, name);
 }
 
 void WordTable::addColumn(const wxString& title, int width) {

@@ -1,4 +1,4 @@
-#include "ui/accessibility.h"
+#include "accessibility/accessibility.h"
 
 namespace accessibility {
 

@@ -1,12 +1,18 @@
 #include <gtk/gtk.h>
 
-#include "ui/accessibility.h"
+#include "accessibility/accessibility.h"
 
 namespace accessibility {
 
 namespace {
 
-GtkWidget* widgetOf(const wxWindow& window) { return GTK_WIDGET(window.GetHandle()); }
+/// What has scroll bars is what is inside them; so is a window of our own drawing.
+GtkWidget* widgetOf(const wxWindow& window) {
+    GtkWidget* const widget = window.GetHandle();
+    GtkWidget* const inside =
+        GTK_IS_SCROLLED_WINDOW(widget) ? gtk_bin_get_child(GTK_BIN(widget)) : nullptr;
+    return inside != nullptr ? inside : widget;
+}
 
 /// For the whole program.
 bool addStyle(const char* rules) {
