@@ -22,12 +22,6 @@ char* writeStamp(char* out, std::uint32_t stamp) {
 
 Request request(std::uint8_t planes) { return {0x02, 0xC3, 0xE8, planes}; }
 
-std::uint32_t timeStamp(std::span<const std::uint8_t> reply) {
-    return static_cast<std::uint32_t>(reply[0]) | static_cast<std::uint32_t>(reply[1]) << 8U |
-           static_cast<std::uint32_t>(reply[2]) << 16U |
-           static_cast<std::uint32_t>(reply[3]) << 24U;
-}
-
 TextEncoder::TextEncoder(const DotRule& rule, const Geometry& display)
     : display_(display), sums_(rule, display) {
     const auto digit = [&](std::size_t sum) {

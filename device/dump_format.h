@@ -26,7 +26,11 @@ constexpr std::size_t replyLength(std::uint8_t planes, const Geometry& display) 
 }
 
 /// The controller's time stamp in a reply (at least 4 bytes), in ms.
-std::uint32_t timeStamp(std::span<const std::uint8_t> reply);
+constexpr std::uint32_t timeStamp(std::span<const std::uint8_t> reply) {
+    return static_cast<std::uint32_t>(reply[0]) | static_cast<std::uint32_t>(reply[1]) << 8U |
+           static_cast<std::uint32_t>(reply[2]) << 16U |
+           static_cast<std::uint32_t>(reply[3]) << 24U;
+}
 
 inline constexpr std::string_view LineEnd = "\r\n";
 

@@ -1,6 +1,7 @@
 #ifndef LUMADOT_FUZZ_DUMP_READER_H
 #define LUMADOT_FUZZ_DUMP_READER_H
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -18,6 +19,7 @@ inline std::vector<std::uint8_t> unpack(const std::uint8_t* data, std::size_t si
     constexpr std::uint8_t Run = 0xFE;
     constexpr std::size_t RunUnit = 8;
     std::vector<std::uint8_t> bytes;
+    bytes.reserve(std::min(most, RunUnit * size));
     for (std::size_t i = 0; i < size; ++i) {
         if (data[i] == Run && i + 2 < size) {
             bytes.insert(bytes.end(), RunUnit * data[i + 1], data[i + 2]);

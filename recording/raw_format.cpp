@@ -52,7 +52,7 @@ std::size_t findHeader(std::span<const std::uint8_t> bytes, std::size_t at) {
 
 bool RawFormat::isHeader(std::span<const std::uint8_t> bytes) {
     static const dump::RawHeader Header = dump::rawHeader(0);
-    return bytes.size() >= HeaderBytes &&
+    return bytes.size() >= HeaderBytes && bytes.front() == Header.front() &&
            std::equal(Header.begin(), Header.end() - 1, bytes.begin()) && bytes[PlanesAt] > 0 &&
            bytes[PlanesAt] <= MaxPlanes;
 }

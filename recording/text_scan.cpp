@@ -19,18 +19,17 @@ constexpr std::uint8_t above(std::uint8_t value, std::uint8_t most) {
     return static_cast<std::uint8_t>((value > most ? value : most) - most);
 }
 
-/// Not 0 for anything but a digit in lower case.
-constexpr std::uint8_t notLowerDigit(std::uint8_t character) {
-    const std::uint8_t notNumber = above(static_cast<std::uint8_t>(character - '0'), 9);
-    const std::uint8_t notLetter = above(static_cast<std::uint8_t>(character - 'a'), 5);
-    return notNumber < notLetter ? notNumber : notLetter;
-}
+/// Of letters.
+enum class Case { Lower, Either };
 
-/// Not 0 for anything but a digit of either case.
+/// Not 0 for anything but a digit.
+template <Case Letters>
 constexpr std::uint8_t notDigit(std::uint8_t character) {
-    constexpr unsigned Upper = 0xDF;  // Makes upper case of a letter.
+    constexpr unsigned UpperCase = 0xDF;
+    constexpr unsigned Mask = Letters == Case::Lower ? 0xFF : UpperCase;
+    constexpr unsigned First = 'a' & Mask;
     const std::uint8_t notNumber = above(static_cast<std::uint8_t>(character - '0'), 9);
-    const std::uint8_t notLetter = above(static_cast<std::uint8_t>((character & Upper) - 'A'), 5);
+    const std::uint8_t notLetter = above(static_cast<std::uint8_t>((character & Mask) - First), 5);
     return notNumber < notLetter ? notNumber : notLetter;
 }
 
@@ -40,10 +39,10 @@ constexpr std::uint8_t valueOf(std::uint8_t digit) {
 }
 
 /// What is wrong with as many characters as `faults` are.
-template <std::uint8_t (*Judge)(std::uint8_t)>
+template <Case Letters>
 void addFaults(const std::uint8_t* characters, Faults& faults) {
     for (std::size_t i = 0; i < faults.size(); ++i) {
-        faults[i] |= Judge(characters[i]);
+        faults[i] |= notDigit<Letters>(characters[i]);
     }
 }
 
@@ -59,7 +58,7 @@ bool areRows(const std::uint8_t* rows) {
     unsigned noEnds = 0;
     for (std::size_t row = 0; row < Rows; ++row, rows += Columns + dump::LineEnd.size()) {
         for (std::size_t at = 0; at < Columns; at += faults.size()) {
-            addFaults<notLowerDigit>(rows + at, faults);
+            addFaults<Case::Lower>(rows + at, faults);
         }
         noEnds |= static_cast<unsigned>(rows[Columns] ^ '\r') |
                   static_cast<unsigned>(rows[Columns + 1] ^ '\n');
@@ -100,7 +99,7 @@ bool startsBlock(const std::uint8_t* block) {
     const std::uint8_t* const digits = block + DigitsAt;
     return block[0] == '0' && block[1] == 'x' &&
            std::all_of(digits, digits + StampDigits,
-                       [](std::uint8_t each) { return notLowerDigit(each) == 0; }) &&
+                       [](std::uint8_t each) { return notDigit<Case::Lower>(each) == 0; }) &&
            isLineEnd(digits + StampDigits);
 }
 
@@ -115,10 +114,10 @@ std::uint32_t stampOf(const std::uint8_t* block) {
 bool areDigits(std::span<const std::uint8_t> bytes) {
     Faults faults{};
     for (; bytes.size() >= faults.size(); bytes = bytes.subspan(faults.size())) {
-        addFaults<notDigit>(bytes.data(), faults);
+        addFaults<Case::Either>(bytes.data(), faults);
     }
     for (const std::uint8_t character : bytes) {
-        faults[0] |= notDigit(character);
+        faults[0] |= notDigit<Case::Either>(character);
     }
     return areNone(faults);
 }
@@ -138,7 +137,8 @@ bool readDigits(std::span<const std::uint8_t> digits, std::uint8_t* values) {
 }
 
 std::size_t digitCount(std::span<const std::uint8_t> bytes) {
-    const auto end = std::ranges::find_if(bytes, [](auto each) { return notDigit(each) != 0; });
+    const auto end =
+        std::ranges::find_if(bytes, [](auto each) { return notDigit<Case::Either>(each) != 0; });
     return static_cast<std::size_t>(end - bytes.begin());
 }
 

@@ -29,8 +29,8 @@ cmake --build --preset fuzz --target "${targets[@]/#/fuzz_}"
 
 # The deliberate leaks are many here; the tests count them one by one. So that they do not fill the
 # memory, a target starts anew after each round. Freed blocks are kept from use for a while, which finds
-# who still uses them; more than this costs as much time as the rest, as long traces do.
-export ASAN_OPTIONS=detect_leaks=0:quarantine_size_mb=8:malloc_context_size=4
+# who still uses them; more than this costs as much time as the rest, as long traces and filling do.
+export ASAN_OPTIONS=detect_leaks=0:quarantine_size_mb=8:malloc_context_size=4:max_malloc_fill_size=0
 round=20 # seconds
 
 # run_round NAME LIMIT...: sets `used` to the processor time that it took, in ms.
