@@ -69,9 +69,9 @@ public:
     std::optional<std::uint8_t> mode() const;
     std::optional<ShadeSet> shadeSet() const;
     std::optional<std::size_t> scaleChosen() const;
-    void chooseScale(std::optional<std::size_t> scale);
+    void chooseScale(std::optional<std::size_t> scale) const;
     /// A palette that is none of the presets; the last item.
-    void showPaletteFile(const wxString& name);
+    void showPaletteFile(const wxString& name) const;
 
     wxChoice* palette;
     wxButton* paletteFile;

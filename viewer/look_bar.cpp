@@ -111,12 +111,12 @@ std::optional<std::size_t> LookBar::scaleChosen() const {
     return chosen > 0 ? std::optional(Scales[static_cast<std::size_t>(chosen - 1)]) : std::nullopt;
 }
 
-void LookBar::chooseScale(std::optional<std::size_t> wanted) {
+void LookBar::chooseScale(std::optional<std::size_t> wanted) const {
     const auto* const found = wanted ? std::ranges::find(Scales, *wanted) : Scales.end();
     scale->SetSelection(found == Scales.end() ? 0 : static_cast<int>(found - Scales.begin()) + 1);
 }
 
-void LookBar::showPaletteFile(const wxString& name) {
+void LookBar::showPaletteFile(const wxString& name) const {
     if (palette->GetCount() > presets::Count) {
         palette->Delete(presets::Count);
     }

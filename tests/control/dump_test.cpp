@@ -11,7 +11,7 @@
 
 namespace {
 
-using dumps::operator+;
+using namespace dumps::joining;
 using support::Arguments;
 using support::ControlTest;
 using support::lumadotctl;

@@ -26,14 +26,16 @@ void onClock(std::function<void()> action) { atClock = std::move(action); }
 }  // namespace support
 
 // In front of the functions of control/clock.h: the program is linked with --wrap.
-extern "C" {
-
-control::TimePoint __wrap__ZN7control3nowEv() {
+// Its type has no counterpart in C.
+control::TimePoint now() __asm__("__wrap__ZN7control3nowEv");
+control::TimePoint now() {
     if (support::atClock) {
         support::atClock();
     }
     return std::chrono::steady_clock::now() + support::paused;
 }
+
+extern "C" {
 
 double
 __wrap__ZN7control12secondsSinceENSt6chrono10time_pointINS0_3_V212steady_clockENS0_8durationIlSt5ratioILl1ELl1000000000EEEEEE(

@@ -217,7 +217,7 @@ TEST_F(Play, AControllerThatIsPulledOutEndsIt) {
 
 TEST_F(Play, OfARawRecordingWantsTheModeWhereThePlanesDoNotTell) {
     const auto raw = [this](std::uint8_t planes) {
-        using dumps::operator+;
+        using namespace dumps::joining;
         support::writeFile(file("dump.txt"),
                            dumps::rawHeader(planes) + dumps::plainRaw(0, planes, 0x80));
     };

@@ -16,7 +16,7 @@
 namespace {
 
 using dumps::Bytes;
-using dumps::operator+;
+using namespace dumps::joining;
 using dumps::Opened;
 
 class SequenceOfText : public testing::Test {

@@ -12,7 +12,7 @@
 namespace {
 
 using dumps::Bytes;
-using dumps::operator+;
+using namespace dumps::joining;
 using dumps::Opened;
 using testing::ElementsAreArray;
 using testing::IsEmpty;

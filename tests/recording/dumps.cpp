@@ -8,7 +8,7 @@ namespace dumps {
 
 Bytes bytesOf(const std::string& text) { return {text.begin(), text.end()}; }
 
-Bytes operator+(Bytes first, const Bytes& second) {
+Bytes joining::operator+(Bytes first, const Bytes& second) {
     first.insert(first.end(), second.begin(), second.end());
     return first;
 }

@@ -15,7 +15,11 @@ namespace dumps {
 using naive::Bytes;
 
 Bytes bytesOf(const std::string& text);
+
+/// For those outside: the bytes have no namespace of their own in which it would be found.
+inline namespace joining {
 Bytes operator+(Bytes first, const Bytes& second);
+}
 
 /// The plane data of a reply, every bit by chance.
 Bytes randomPlanes(std::size_t size, unsigned seed);

@@ -12,7 +12,7 @@
 namespace {
 
 using dumps::Bytes;
-using dumps::operator+;
+using namespace dumps::joining;
 using dumps::Opened;
 
 /// Bytes of which at first only some are there.

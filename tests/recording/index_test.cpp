@@ -14,7 +14,7 @@
 namespace {
 
 using dumps::Bytes;
-using dumps::operator+;
+using namespace dumps::joining;
 using dumps::Opened;
 
 /// Large enough for the threads, with something irregular where the test says.

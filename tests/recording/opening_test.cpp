@@ -13,7 +13,7 @@
 namespace {
 
 using dumps::Bytes;
-using dumps::operator+;
+using namespace dumps::joining;
 using dumps::Opened;
 using recording::Failure;
 using recording::Kind;

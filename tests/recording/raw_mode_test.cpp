@@ -15,7 +15,7 @@
 namespace {
 
 using dumps::Bytes;
-using dumps::operator+;
+using namespace dumps::joining;
 using dumps::Opened;
 using recording::Failure;
 using testing::HasSubstr;

@@ -165,7 +165,7 @@ TEST_F(Keys, AFileThatGrowsIsFollowed) {
 }
 
 TEST_F(Keys, ARawFileOfSeveralModesAsksForOne) {
-    using dumps::operator+;
+    using namespace dumps::joining;
     open(dumps::rawHeader(4) + dumps::plainRaw(5, 4, 0xFF), "a_lumadot_dump.raw");
     EXPECT_THAT(window.message().utf8_string(),
                 testing::AllOf(HasSubstr("9 (Capcom), 10 (Alvin G)"),
@@ -177,7 +177,7 @@ TEST_F(Keys, ARawFileOfSeveralModesAsksForOne) {
 }
 
 TEST_F(Keys, ARawFileOfTheXlBoardSaysWhatItIsMissing) {
-    using dumps::operator+;
+    using namespace dumps::joining;
     support::writeFile(path("x_lumadot_dump.txt"), dumps::bytesOf(dumps::plainText(5, '1', true)));
     open(dumps::rawHeader(4) + dumps::plainRaw(5, 4, 0xFF), "x_lumadot_dump.raw");
     EXPECT_THAT(window.message().utf8_string(), HasSubstr("it is missing the second"));

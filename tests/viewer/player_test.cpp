@@ -177,7 +177,7 @@ TEST_F(Playing, ShadesAreThoseOfTheFramesUntilTheyAreNamed) {
 }
 
 TEST_F(Playing, ARawFrameOfSeveralModesAsksForOne) {
-    using dumps::operator+;
+    using namespace dumps::joining;
     Player& it = open(dumps::rawHeader(4) + dumps::plainRaw(5, 4, 0xFF), "a_lumadot_dump.raw");
     EXPECT_THAT(it.failure(), Optional(recording::Failure::ModeNeeded));
     EXPECT_THAT(it.problem(), testing::HasSubstr("9 (Capcom), 10 (Alvin G)"));

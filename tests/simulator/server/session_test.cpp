@@ -2,7 +2,7 @@
 
 #include "simulator/server/session.h"
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include "tests/simulator/server/client.h"
 
@@ -11,8 +11,6 @@ namespace {
 using simulator::Session;
 using simulator::usbip::Bytes;
 using support::byteText;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 const std::string List = "01 11 80 05 00 00 00 00";
 const std::string Import = "01 11 80 03 00 00 00 00 31 2D 31 00*29";
