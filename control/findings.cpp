@@ -96,9 +96,9 @@ Finding busy(const std::optional<Holder>& holder) {
 }
 
 Finding driverBound() {
-    return {
-        "driver-bound", ExitCode::Busy, "A driver of the system holds the controller's interface.",
-        "Find the driver with \"lsusb -t\", unload it with \"sudo modprobe -r\" and try again."};
+    return {"driver-bound", ExitCode::Busy,
+            "A driver of the system holds the controller's interface.",
+            R"(Find the driver with "lsusb -t", unload it with "sudo modprobe -r" and try again.)"};
 }
 
 Finding nameUnreadable(int usbError) {
