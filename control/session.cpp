@@ -52,7 +52,7 @@ void Session::done(const std::string& message) {
     }
 }
 
-void Session::pause(Milliseconds time) {
+void Session::pause(Milliseconds time) const {
     if (!options_.dryRun) {
         control::pause(time);
     }

@@ -42,7 +42,7 @@ public:
     /// What has been done, as a message; not of a dry run, in which nothing is.
     void done(const std::string& message);
     /// Waits, unless it is a dry run.
-    void pause(Milliseconds time);
+    void pause(Milliseconds time) const;
 
 private:
     const Options& options_;

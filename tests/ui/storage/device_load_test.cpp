@@ -14,11 +14,8 @@ namespace {
 
 using support::connection;
 using support::Members;
-using testing::AllOf;
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::StartsWith;
 
 class LoadFromDevice : public DeviceMenu {
 protected:
