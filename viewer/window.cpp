@@ -274,10 +274,8 @@ void Window::showStatus() {
         }
     }
     if (player_ && !player_->isPlaying()) {
-        accessibility::setDescription(
-            *canvas_,
-            wxString::Format("Frame %llu at %s", static_cast<unsigned long long>(player_->number()),
-                             words::time(player_->elapsedMs())));
+        accessibility::setDescription(*canvas_, "Frame " + std::to_string(player_->number()) +
+                                                    " at " + words::time(player_->elapsedMs()));
     }
 }
 

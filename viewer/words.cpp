@@ -53,9 +53,10 @@ std::string time(std::uint64_t ms) {
 }
 
 std::string gap(const Gap& gap) {
-    return recording::isBackwards(gap.ms)
-               ? "A step of " + seconds(std::uint32_t{0} - gap.ms) + " back in time"
-               : seconds(gap.ms) + " without a frame";
+    if (recording::isBackwards(gap.ms)) {
+        return "A step of " + seconds(std::uint32_t{0} - gap.ms) + " back in time";
+    }
+    return seconds(gap.ms) + " without a frame";
 }
 
 std::string problem(const std::string& what, recording::Failure failure) {

@@ -3,11 +3,31 @@
 #include <gtest/gtest.h>
 #include <wx/app.h>
 #include <wx/debug.h>
+#include <wx/evtloop.h>
+#include <wx/init.h>
 #include <wx/utils.h>
 
 #include <chrono>
+#include <cstdlib>
 
 namespace support {
+
+int runTests(int& argc, char** argv) {
+    if (!wxEntryStart(argc, argv)) {
+        return EXIT_FAILURE;
+    }
+    wxTheApp->SetExitOnFrameDelete(false);
+    failOnToolkitAssertions();
+    int result = EXIT_FAILURE;
+    {
+        wxEventLoop loop;
+        const wxEventLoopActivator active(&loop);
+        result = RUN_ALL_TESTS();
+        deleteClosedWindows();
+    }
+    wxEntryCleanup();
+    return result;
+}
 
 namespace {
 

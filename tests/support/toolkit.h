@@ -12,6 +12,9 @@
 
 namespace support {
 
+/// Starts the toolkit and runs all tests inside an active event loop; returns the exit code.
+int runTests(int& argc, char** argv);
+
 /// From now on a failed assertion of the toolkit fails the running test. The application's start
 /// switches assertions off in release builds: call this again after it.
 void failOnToolkitAssertions();

@@ -1,9 +1,7 @@
 // The main program of every window test: starts the toolkit with the tool's own application object,
-// then runs the tests inside an active event loop.
+// then runs the tests.
 
 #include <gmock/gmock.h>
-#include <wx/evtloop.h>
-#include <wx/init.h>
 
 #include <cstdlib>
 
@@ -23,18 +21,6 @@ int main(int argc, char** argv) {
     setenv("XDG_CONFIG_HOME", (home.path() / "config").c_str(), 1);
     simulator::Bus::instance().reset();
 
-    if (!wxEntryStart(argc, argv)) {
-        return EXIT_FAILURE;
-    }
-    wxGetApp().SetExitOnFrameDelete(false);
-    support::failOnToolkitAssertions();
-    int result = EXIT_FAILURE;
-    {
-        wxEventLoop loop;
-        const wxEventLoopActivator active(&loop);
-        result = RUN_ALL_TESTS();
-        support::deleteClosedWindows();
-    }
-    wxEntryCleanup();
-    return result;
+    wxApp::SetInstance(new MainApp);
+    return support::runTests(argc, argv);
 }
