@@ -3,7 +3,10 @@
 #include <wx/dnd.h>
 #include <wx/filedlg.h>
 
+#include <chrono>
+#include <cstdlib>
 #include <fstream>
+#include <thread>
 
 #include "recording/error.h"
 #include "tests/viewer/shown_window.h"
@@ -13,6 +16,7 @@ namespace {
 using support::runUntil;
 using testing::HasSubstr;
 using testing::StartsWith;
+using dumps::joining::operator+;
 
 class Keys : public ShownWindow {
 protected:
@@ -108,15 +112,63 @@ TEST_F(Keys, AFileIsOpenedByTheDialogAndNamedByTheTitle) {
     EXPECT_EQ(window.GetTitle(), "050324_140709_lumadot_dump.txt - LUMADOT Viewer");
 }
 
+/// Another program's window, as far as the viewer knows: what is dragged from it is this file.
+class FileManager : public wxFrame {
+public:
+    explicit FileManager(const std::filesystem::path& file)
+        : wxFrame(nullptr, wxID_ANY, "Files", wxPoint(20, 880), wxSize(200, 100)) {
+        auto* const icon = new wxPanel(this);
+        icon->Bind(wxEVT_LEFT_DOWN, [icon, file](auto&) {
+            wxFileDataObject dragged;
+            dragged.AddFile(file.string());
+            wxDropSource source(dragged, icon);
+            source.DoDragDrop(wxDrag_CopyOnly);
+        });
+    }
+};
+
 TEST_F(Keys, AFileThatIsDroppedIsOpened) {
     support::writeFile(path("b_lumadot_dump.txt"), dumps::bytesOf(dumps::plainText(1)));
-    auto* const target = dynamic_cast<wxFileDropTarget*>(window.GetDropTarget());
-    ASSERT_NE(target, nullptr);
-    wxArrayString files;
-    files.push_back(path("b_lumadot_dump.txt").string());
-    target->OnDropFiles(0, 0, files);
-    ASSERT_NE(window.player(), nullptr);
+    auto* const files = new FileManager(path("b_lumadot_dump.txt"));
+    support::showAndWait(*files);
+    const auto at = [](const wxRect& rect) {
+        return std::to_string(rect.x + rect.width / 2) + " " +
+               std::to_string(rect.y + rect.height / 2);
+    };
+    // The drag has a loop of its own: somebody else moves the mouse, again when a busy machine has
+    // not seen all of it.
+    const std::string script =
+        "timeout 60 sh -c 'until xdotool search --name ^b_lumadot_dump; do xdotool mousemove " +
+        at(files->GetScreenRect()) +
+        " mousedown 1 sleep 0.2 mousemove_relative 20 0 sleep 0.1 mousemove_relative 20 0"
+        " sleep 0.1 mousemove " +
+        at(window.canvas().GetScreenRect()) +
+        " sleep 0.2 mousemove_relative 5 5 sleep 0.2 mouseup 1 sleep 0.3; done' >/dev/null 2>&1";
+    std::thread user([&] { EXPECT_EQ(std::system(script.c_str()), 0); });
+    EXPECT_TRUE(runUntil([this] { return window.player() != nullptr; }));
+    user.join();
+    files->Destroy();
     EXPECT_THAT(window.GetTitle().utf8_string(), StartsWith("b_lumadot_dump.txt"));
+}
+
+TEST_F(Keys, AFileOfSeveralGiBIsLookedAtWhileItIsRead) {
+    constexpr std::uintmax_t Size = std::uintmax_t{3} << 30U;
+    support::writeFile(path("a_lumadot_dump.raw"),
+                       dumps::rawHeader() + dumps::plainRaw(5, 3, 0xFF));
+    std::filesystem::resize_file(path("a_lumadot_dump.raw"), Size);  // Sparse: dark frames.
+    const auto start = std::chrono::steady_clock::now();
+    window.open(path("a_lumadot_dump.raw"));
+    EXPECT_TRUE(runUntil([this] { return window.indexBar().gauge->IsShownOnScreen(); }));
+    EXPECT_THAT(window.player()->entries(), testing::Each(15));
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2));
+    EXPECT_FALSE(window.player()->state().indexed);
+    EXPECT_TRUE(runUntil([this] { return window.indexBar().gauge->GetValue() > 0; }));
+    EXPECT_EQ(window.indexBar().text->GetLabel(), "Reading the recording");
+    press(WXK_RIGHT, [this] { return number() == 1; });
+    click(*window.indexBar().stop, [this] { return window.player()->state().stopped; });
+    EXPECT_EQ(window.indexBar().text->GetLabel(), "Stopped");
+    press(
+        WXK_RIGHT, [this] { return number() == 2; }, wxMOD_ALT);
 }
 
 TEST_F(Keys, WhatIsNoRecordingLeavesTheOneThatIsShown) {
@@ -165,7 +217,6 @@ TEST_F(Keys, AFileThatGrowsIsFollowed) {
 }
 
 TEST_F(Keys, ARawFileOfSeveralModesAsksForOne) {
-    using namespace dumps::joining;
     open(dumps::rawHeader(4) + dumps::plainRaw(5, 4, 0xFF), "a_lumadot_dump.raw");
     EXPECT_THAT(window.message().utf8_string(),
                 testing::AllOf(HasSubstr("9 (Capcom), 10 (Alvin G)"),
@@ -177,7 +228,6 @@ TEST_F(Keys, ARawFileOfSeveralModesAsksForOne) {
 }
 
 TEST_F(Keys, ARawFileOfTheXlBoardSaysWhatItIsMissing) {
-    using namespace dumps::joining;
     support::writeFile(path("x_lumadot_dump.txt"), dumps::bytesOf(dumps::plainText(5, '1', true)));
     open(dumps::rawHeader(4) + dumps::plainRaw(5, 4, 0xFF), "x_lumadot_dump.raw");
     EXPECT_THAT(window.message().utf8_string(), HasSubstr("it is missing the second"));

@@ -50,6 +50,36 @@ protected:
         return digits;
     }
 
+    /// Whether the top left part of the canvas shows the picture from this pixel on.
+    testing::AssertionResult screenShowsFrom(wxPoint start,
+                                             const std::vector<std::uint8_t>& entries,
+                                             const display::Look& look) {
+        const display::Painter painter(look);
+        const std::size_t line = painter.lineBytes(128);
+        std::vector<std::uint8_t> picture(painter.pictureBytes(128, 32));
+        painter.paint(entries, 128, picture);
+        const auto isShown = [&] {
+            const ScreenPixels screen = screenOf(window.canvas());
+            constexpr int Columns = 300;
+            constexpr int Rows = 100;
+            bool same = true;
+            for (int y = 0; y < Rows; ++y) {
+                const auto* const shown =
+                    &screen.rgb[static_cast<std::size_t>(3 * y * screen.width)];
+                const auto row = static_cast<std::size_t>(start.y + y);
+                same = same &&
+                       std::equal(shown, shown + 3 * Columns,
+                                  &picture[row * line + 3 * static_cast<std::size_t>(start.x)]);
+            }
+            return same;
+        };
+        return runUntil(isShown) ? testing::AssertionSuccess()
+                                 : testing::AssertionFailure() << "the screen differs";
+    }
+    int pixels(int length) const {
+        return static_cast<int>(length * window.GetContentScaleFactor());
+    }
+
     std::vector<std::uint8_t> digits;
 };
 
@@ -117,8 +147,39 @@ TEST_F(Looks, AScaleThatIsChosenIsKeptAndScrolled) {
     press('+', [this] { return window.canvas().look().scale == 4; });
     EXPECT_TRUE(screenShows(entries, {.palette = orange(), .scale = 4}));
     press('-', [this] { return window.canvas().look().scale == 3; });
-    window.canvas().setScale(16);
+    press('0', [this] { return window.lookBar().scale->GetSelection() == 0; });
+}
+
+TEST_F(Looks, EveryScaleThatFitsIsPaintedDotByDot) {
+    open(chanceText(1, 13, 15, digits));
+    window.lookBar().scale->SetFocus();
+    const wxSize room = window.canvas().GetClientSize();
+    for (const std::size_t scale : viewer::LookBar::Scales) {
+        const wxSize size = window.canvas().sizeFor(scale);
+        if (size.x > room.x || size.y > room.y) {
+            EXPECT_GT(scale, 6U);
+            break;
+        }
+        input.Char(WXK_DOWN);
+        EXPECT_TRUE(runUntil([&] { return window.canvas().look().scale == scale; })) << scale;
+        EXPECT_TRUE(screenShows(digits, {.palette = orange(), .scale = scale})) << scale;
+    }
+}
+
+TEST_F(Looks, WhatDoesNotFitIsScrolledByKeys) {
+    open(chanceText(1, 14, 15, digits));
+    const auto scale = static_cast<std::size_t>(pixels(24));
+    window.canvas().setScale(scale);
     EXPECT_TRUE(runUntil([this] { return window.canvas().HasScrollbar(wxHORIZONTAL); }));
+    const display::Look look{.palette = orange(), .scale = scale};
+    EXPECT_TRUE(screenShowsFrom({0, 0}, digits, look));
+    const int step = pixels(window.FromDIP(16));
+    press(
+        WXK_RIGHT, [this] { return window.canvas().GetViewStart() == wxPoint(1, 0); }, wxMOD_SHIFT);
+    press(
+        WXK_DOWN, [this] { return window.canvas().GetViewStart() == wxPoint(1, 1); }, wxMOD_SHIFT);
+    EXPECT_TRUE(screenShowsFrom({step, step}, digits, look));
+    EXPECT_EQ(number(), 0U);
     press('0', [this] { return !window.canvas().HasScrollbar(wxHORIZONTAL); });
 }
 
@@ -134,8 +195,9 @@ TEST_F(Looks, FullScreenShowsTheDisplayAlone) {
     open(chanceText(1, 11, 3, digits));
     const auto entries = mapped(digits, {0, 1, 4, 15});
     press(WXK_F11, [this] { return window.IsFullScreen(); });
-    EXPECT_TRUE(runUntil([this] { return window.canvas().look().scale == 9; }));  // Of 1280 pixels.
-    EXPECT_TRUE(screenShows(entries, {.palette = orange(), .scale = 9}));
+    const auto scale = static_cast<std::size_t>(pixels(1280 - 4) / 128);  // Of the screen's width.
+    EXPECT_TRUE(runUntil([&] { return window.canvas().look().scale == scale; }));
+    EXPECT_TRUE(screenShows(entries, {.palette = orange(), .scale = scale}));
     EXPECT_FALSE(window.playBar().IsShownOnScreen());
     press(WXK_RIGHT, [] { return true; });
     press(WXK_ESCAPE, [this] { return !window.IsFullScreen(); });
