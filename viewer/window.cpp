@@ -228,8 +228,10 @@ void Window::schedule() {
 
 void Window::refresh() {
     showFrame();
-    playBar_->show(player_.get());
+    // First: the status bar paints at once, and GTK would draw a slider that moved before that
+    // where it was.
     showStatus();
+    playBar_->show(player_.get());
     showPlaces();
     showMessages();
     indexBar_->show(player_ ? player_->state() : State());

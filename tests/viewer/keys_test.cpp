@@ -45,6 +45,29 @@ TEST_F(Keys, MoveThroughTheFrames) {
     EXPECT_EQ(window.playBar().frames->GetLabel(), "of 30");
 }
 
+/// Where the thumb of a slider is seen, which is not in the middle: 0 left, 1 right.
+double thumbOf(const wxSlider& slider) {
+    const ScreenPixels screen = screenOf(slider);
+    const int aboveTrough = screen.height / 2 - 5;
+    const auto* const row = &screen.rgb[static_cast<std::size_t>(3 * aboveTrough * screen.width)];
+    const auto* const background = row + 3 * (screen.width / 2);
+    int sum = 0;
+    int count = 0;
+    for (int x = 0; x < screen.width; ++x) {
+        if (!std::equal(background, background + 3, row + 3 * x)) {
+            sum += x;
+            ++count;
+        }
+    }
+    return count == 0 ? 0.5 : static_cast<double>(sum) / count / screen.width;
+}
+
+TEST_F(Keys, TheSliderIsSeenWhereTheFrameIs) {
+    openFrames(30);
+    press(WXK_END, [&] { return thumbOf(*window.playBar().slider) > 0.95; });
+    press(WXK_HOME, [&] { return thumbOf(*window.playBar().slider) < 0.05; });
+}
+
 TEST_F(Keys, AFrameIsGoneToByItsNumber) {
     openFrames(30);
     press('G', [this] { return !window.canvas().HasFocus(); });
