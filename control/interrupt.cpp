@@ -1,5 +1,7 @@
 #include "control/interrupt.h"
 
+#include <algorithm>
+
 #include "control/failure.h"
 
 namespace control::interrupt {
@@ -25,13 +27,13 @@ auto catchSignal(int signal) {
 
 Watch::Watch() {
     asked = 0;
-    onInterrupt_ = catchSignal(SIGINT);
-    onTerminate_ = catchSignal(SIGTERM);
+    std::ranges::transform(Signals, before_.begin(), catchSignal);
 }
 
 Watch::~Watch() {
-    std::signal(SIGINT, onInterrupt_);
-    std::signal(SIGTERM, onTerminate_);
+    for (std::size_t i = 0; i < Signals.size(); ++i) {
+        std::signal(Signals[i], before_[i]);
+    }
     asked = 0;
 }
 

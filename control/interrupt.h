@@ -1,12 +1,14 @@
 #ifndef LUMADOT_CONTROL_INTERRUPT_H
 #define LUMADOT_CONTROL_INTERRUPT_H
 
+#include <array>
 #include <csignal>
 
 namespace control::interrupt {
 
-/// While it lives, the first SIGINT or SIGTERM only sets `requested`, so that the program gives
-/// back what it holds; the next one ends the program at once. A signal that was ignored stays so.
+/// While it lives, the first SIGINT, SIGTERM or SIGHUP (its terminal is closed) only sets
+/// `requested`, so that the program gives back what it holds; the next one ends the program at
+/// once. A signal that was ignored stays so.
 class Watch {
 public:
     Watch();
@@ -16,8 +18,9 @@ public:
 
 private:
     using Handler = void (*)(int);
-    Handler onInterrupt_;
-    Handler onTerminate_;
+    static constexpr std::array Signals = {SIGINT, SIGTERM, SIGHUP};
+
+    std::array<Handler, Signals.size()> before_{};
 };
 
 bool requested();

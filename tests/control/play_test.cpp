@@ -170,7 +170,7 @@ TEST_P(PlaySignal, DuringAFrameGivesTheModeBack) {
     EXPECT_EQ(sent(), (Lines{ModeZero, Dark, Corners, ModeFive}));
 }
 
-INSTANTIATE_TEST_SUITE_P(Each, PlaySignal, testing::Values(SIGINT, SIGTERM));
+INSTANTIATE_TEST_SUITE_P(Each, PlaySignal, testing::Values(SIGINT, SIGTERM, SIGHUP));
 
 TEST_F(Play, GivesTheModeBackWhenAFrameIsNotTaken) {
     auto fault = atImage(2);
