@@ -132,6 +132,9 @@ INSTANTIATE_TEST_SUITE_P(Raw, Damaged, testing::Values(
     Case{"AFrameCutByASecondCapture", dumps::rawHeader() + One + cut(Two, 700) + dumps::rawHeader() + Three,
          at({1, 3}), {"1548: a frame of 700 bytes instead of 1540",
                   "2248: a header in the middle, where a second capture began"}},
+    Case{"TheLastFrameCutByACaptureWithoutFrames", dumps::rawHeader() + One + cut(Two, 700) + dumps::rawHeader(),
+         at({1}), {"1548: a frame of 700 bytes instead of 1540",
+                   "2248: a header in the middle, where a second capture began"}},
     Case{"AFrameCutToTheLeast", dumps::rawHeader() + One + cut(Two, 1) + Three + Four, at({1, 3, 4}),
          {"1548: a frame of 1 byte instead of 1540"}},
     Case{"AFrameCutInTheMiddle", dumps::rawHeader() + One + cut(Two, 700) + Three + Four, at({1, 3, 4}),
@@ -147,6 +150,17 @@ Case{"DarkFramesThatRunBackwards",
          {"8: a frame of 900 bytes instead of 1540", "2448: a frame of 5 bytes instead of 1540"}}),
     [](const auto& row) { return row.param.name; });
 // clang-format on
+
+/// The file is read in pieces of 128 KiB; the stamp line of 12 bytes lies in two of them.
+TEST(ForeignBytes, HideNoFrameBehindThemWhereverItStarts) {
+    constexpr std::size_t PieceEnd = 131072;
+    for (std::size_t start = PieceEnd - 13; start <= PieceEnd + 1; ++start) {
+        const Opened dump(dumps::bytesOf(dumps::plainText(1) + std::string(start - 4174 - 2, '?') +
+                                         "\r\n" + dumps::plainText(2)));
+        EXPECT_EQ(dumps::stampsOf(*dump.dump), (std::vector<std::uint32_t>{1, 2})) << start;
+        EXPECT_EQ(dump->damageCount(), 1U) << start;
+    }
+}
 
 /// Every length that a file can be cut to.
 class CutAnywhere : public testing::Test {
