@@ -104,8 +104,7 @@ void Controller::command(std::span<const std::uint8_t> packet) {
         case 0x00:
             return restart();
         case 0x01:
-            stored_ = working_;
-            return store_.save("settings", stored_);
+            return store();
         case 0x02:
             working_[InputModeByte] = packet[5];
             return image_.reset();
@@ -123,8 +122,7 @@ void Controller::command(std::span<const std::uint8_t> packet) {
         case 0x11:
             return sendUniqueId();
         case 0x12:
-            storedPalette_ = palette_;
-            return store_.save("palette", storedPalette_);
+            return storePalette();
         case 0x20:
             std::copy_n(packet.begin() + 5, working_.size(), working_.begin());
             return image_.reset();
@@ -133,9 +131,25 @@ void Controller::command(std::span<const std::uint8_t> packet) {
     }
 }
 
+/// A restart brings the selected preset back, and the palette that was loaded and not stored is
+/// lost.
+void Controller::store() {
+    stored_ = working_;
+    store_.save("settings", stored_);
+    if (paletteIsPreset_) {
+        storePalette();
+    }
+}
+
+void Controller::storePalette() {
+    storedPalette_ = palette_;
+    store_.save("palette", storedPalette_);
+}
+
 void Controller::restart() {
     working_ = stored_;
     palette_ = storedPalette_;
+    paletteIsPreset_ = false;
     reply_.reset();
     openName_.reset();
     image_.reset();
@@ -151,7 +165,10 @@ std::uint64_t Controller::restartDelay() const {
 
 void Controller::selectPreset(std::uint8_t index) {
     working_[PaletteIndexByte] = index;
-    palette_ = preset(index).value_or(palette_);
+    if (const auto chosen = preset(index)) {
+        palette_ = *chosen;
+        paletteIsPreset_ = true;
+    }
 }
 
 void Controller::loadPalette(std::span<const std::uint8_t> packet) {
@@ -160,6 +177,7 @@ void Controller::loadPalette(std::span<const std::uint8_t> packet) {
         return;
     }
     std::copy_n(packet.begin() + 7, palette_.size(), palette_.begin());
+    paletteIsPreset_ = false;
 }
 
 void Controller::uploadFrame(std::span<const std::uint8_t> packet) {

@@ -127,6 +127,8 @@ private:
     void loadPalette(std::span<const std::uint8_t> packet);
     void uploadFrame(std::span<const std::uint8_t> packet);
     bool takeUpload(std::span<const std::uint8_t> packet);
+    void store();
+    void storePalette();
     void restart();
     void sendSettings();
     void sendUniqueId();
@@ -140,6 +142,7 @@ private:
     Record stored_{};
     Palette palette_{};
     Palette storedPalette_{};
+    bool paletteIsPreset_ = false;  ///< selected since the start, and no palette loaded over it
     std::map<std::string, Packet> files_;
     std::optional<std::string> openName_;
     Packet openData_;

@@ -167,6 +167,38 @@ TEST_F(ControllerTest, LoadedPaletteIsStoredOnDemand) {
     EXPECT_EQ(board.permanentPalette(), loaded);
 }
 
+TEST_F(ControllerTest, WhatWasStoredLastComesBackWithARestart) {
+    Packet own = command({0x04, 0, 1});
+    std::fill_n(own.begin() + 7, 48, std::uint8_t{0x5C});
+    const Packet orange = command({0x03, 8});
+    const Packet vga = command({0x03, 0});
+    const Packet store = command({0x01});
+    const Packet storePalette = command({0x12});
+    const struct {
+        const char* name;
+        std::vector<Packet> sent;
+        std::uint8_t lastRed;  // Of entry 15: VGA is white, orange is 255, 135, 0.
+        std::uint8_t lastGreen;
+    } cases[] = {
+        {"a preset, not stored", {orange}, 255, 255},
+        {"a preset, stored", {orange, store}, 255, 135},
+        {"loaded, not stored", {own, store}, 255, 255},
+        {"loaded and stored", {vga, own, storePalette}, 0x5C, 0x5C},
+        {"loaded and stored, then the settings", {vga, own, storePalette, store}, 0x5C, 0x5C},
+        {"a preset over what was loaded", {own, storePalette, orange, store}, 255, 135},
+        {"an unknown preset", {own, storePalette, command({0x03, 9}), store}, 0x5C, 0x5C},
+    };
+    for (const auto& each : cases) {
+        Controller fresh;
+        for (const Packet& packet : each.sent) {
+            fresh.receive(packet);
+        }
+        fresh.receive(command({0x00}));
+        EXPECT_EQ(fresh.palette()[45], each.lastRed) << each.name;
+        EXPECT_EQ(fresh.palette()[46], each.lastGreen) << each.name;
+    }
+}
+
 TEST_F(ControllerTest, PaletteFrameForAnotherPlaceIsIgnored) {
     board.receive(command({0x04, 1, 1, 9, 9, 9}));
     board.receive(command({0x04, 0, 0, 9, 9, 9}));
