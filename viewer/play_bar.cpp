@@ -86,8 +86,8 @@ wxSizer* PlayBar::settings() {
     markIn = button(this, "Mark &In", "The part starts here (I)");
     markOut = button(this, "Mark Ou&t", "The part ends here (O)");
     noMarks = button(this, "No &Marks", "The part is all of it (Backspace)");
-    marks = new wxStaticText(this, wxID_ANY, "");
     exportPart = button(this, "E&xport...", "Write pictures, a GIF or a dump (Ctrl+E)");
+    marks = new wxStaticText(this, wxID_ANY, "");  // Behind it: no caption of the button.
     auto* const row = new wxBoxSizer(wxHORIZONTAL);
     const auto centre = wxSizerFlags().CentreVertical();
     const auto apart = wxSizerFlags(centre).Border(wxLEFT, FromDIP(12));
@@ -130,6 +130,8 @@ void PlayBar::showPosition(const Player& player) {
     }
     if (slider->GetValue() != number) {
         slider->SetValue(number);
+        // GTK draws it where it was, and places it only when something else happens.
+        CallAfter([this] { slider->Refresh(); });
     }
     if (frame->GetMax() != lastFrame) {
         frame->SetRange(0, lastFrame);

@@ -95,6 +95,7 @@ void Window::carryOut(const ExportJob& job) {
         watch(result, watched, dialog);
     }
     busy_ = false;
+    canvas_->SetFocus();  // Which the disabled window has lost.
     try {
         const ExportResult written = result.get();
         say(written.finished ? wxString::FromUTF8(inWords(job, written))

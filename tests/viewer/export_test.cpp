@@ -90,6 +90,7 @@ TEST_F(Export, AnAnimatedGifOfThePartBetweenTheMarks) {
     ASSERT_EQ(gif.frames.size(), 2U);
     EXPECT_EQ(gif.frames[0], squares(1));
     EXPECT_EQ(gif.frames[1], squares(2));
+    press(WXK_LEFT, [this] { return number() == 1; });  // The keys go to the display again.
 }
 
 TEST_F(Export, APictureOfTheFrameThatIsShown) {
