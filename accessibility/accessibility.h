@@ -2,6 +2,7 @@
 #define LUMADOT_ACCESSIBILITY_ACCESSIBILITY_H
 
 #include <wx/stattext.h>
+#include <wx/statusbr.h>
 #include <wx/string.h>
 #include <wx/window.h>
 
@@ -18,6 +19,9 @@ void setDescription(wxWindow& control, const wxString& description);
 /// `text` is the caption of this control, or of none (null). The toolkit takes a text for the
 /// caption of whatever is made after it.
 void setCaptionOf(wxStaticText& text, wxWindow* control);
+
+/// What the fields of the bar say: the toolkit draws them, and tells nobody.
+void setDescriptionOf(wxStatusBar& bar);
 
 /// The button's text has no shadow, and its focus is drawn in the text's colour: what the theme
 /// draws there suits its own colours only.

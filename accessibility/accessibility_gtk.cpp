@@ -40,6 +40,16 @@ void setCaptionOf(wxStaticText& text, wxWindow* control) {
                                   control != nullptr ? widgetOf(*control) : nullptr);
 }
 
+void setDescriptionOf(wxStatusBar& bar) {
+    wxString text;
+    for (int field = 0; field < bar.GetFieldsCount(); ++field) {
+        const wxString part = bar.GetStatusText(field);
+        text += text.empty() || part.empty() ? part : "; " + part;
+    }
+    setName(bar, "Status");
+    setDescription(bar, text);
+}
+
 void keepReadable(wxWindow& button) {
     static const bool styled = addStyle(
         ".palette-entry, .palette-entry * { text-shadow: none; }"

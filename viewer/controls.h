@@ -92,9 +92,9 @@ public:
     /// Its controls are there while there is something to tell.
     void show(const State& state);
 
-    wxStaticText* text;
     wxGauge* gauge;
     wxButton* stop;
+    wxStaticText* text;  ///< Made last: the toolkit takes it for the caption of what follows.
 };
 
 }  // namespace viewer

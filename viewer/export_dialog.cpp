@@ -56,6 +56,9 @@ ExportDialog::ExportDialog(wxWindow* parent, const Offer& offer)
     const auto known = offer_.mode ? std::ranges::find(modes_, *offer_.mode) : modes_.end();
     mode->SetSelection(known == modes_.end() ? 0 : static_cast<int>(known - modes_.begin()));
 
+    // The captions are made last: the toolkit takes each for that of what is made after it.
+    auto* const fileControls = fileRow();
+    auto* const buttons = CreateButtonSizer(wxOK | wxCANCEL);
     constexpr int Columns = 2;
     const int gap = FromDIP(8);
     auto* const grid = new wxFlexGridSizer(Columns, wxSize(gap, gap));
@@ -70,10 +73,10 @@ ExportDialog::ExportDialog(wxWindow* parent, const Offer& offer)
     accessibility::setCaptionOf(*caption, file);
     accessibility::setName(*file, "File");
     grid->Add(caption, wxSizerFlags().CentreVertical());
-    grid->Add(fileRow(), wxSizerFlags().Expand());
+    grid->Add(fileControls, wxSizerFlags().Expand());
     auto* const all = new wxBoxSizer(wxVERTICAL);
     all->Add(grid, wxSizerFlags(1).Expand().Border(wxALL, FromDIP(12)));
-    all->Add(CreateButtonSizer(wxOK | wxCANCEL), wxSizerFlags().Expand().Border(wxALL, gap));
+    all->Add(buttons, wxSizerFlags().Expand().Border(wxALL, gap));
     FindWindow(wxID_OK)->SetLabel("&Export");
     SetSizer(all);
     kind->Bind(wxEVT_CHOICE, [this](auto&) { onKind(); });

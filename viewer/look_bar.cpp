@@ -126,11 +126,9 @@ void LookBar::showPaletteFile(const wxString& name) const {
 
 IndexBar::IndexBar(wxWindow* parent)
     : wxPanel(parent),
-      text(new wxStaticText(this, wxID_ANY, "Reading the recording")),
       gauge(new wxGauge(this, wxID_ANY, 1000)),
-      stop(new wxButton(this, wxID_ANY, "&Stop Reading")) {
-    accessibility::setName(*gauge, "Reading the recording");
-    accessibility::setCaptionOf(*text, nullptr);
+      stop(new wxButton(this, wxID_ANY, "&Stop Reading")),
+      text(new wxStaticText(this, wxID_ANY, "")) {
     auto* const row = new wxBoxSizer(wxHORIZONTAL);
     row->Add(text, wxSizerFlags().CentreVertical().Border(wxRIGHT, FromDIP(8)));
     row->Add(gauge, wxSizerFlags(1).CentreVertical().Border(wxRIGHT, FromDIP(8)));
@@ -151,6 +149,7 @@ void IndexBar::show(const State& state) {
                                          : "Looking for gaps and shades";
     if (text->GetLabel() != label) {
         text->SetLabel(label);
+        accessibility::setName(*gauge, label);
         stop->SetLabel(state.stopped ? "Go &On" : "&Stop Reading");
         moves = true;
     }

@@ -273,6 +273,7 @@ void Window::showStatus() {
     for (int i = 0; i < 3; ++i) {
         if (GetStatusBar()->GetStatusText(i) != texts[i]) {
             SetStatusText(texts[i], i);
+            accessibility::setDescriptionOf(*GetStatusBar());
         }
     }
     if (player_ && !player_->isPlaying()) {

@@ -118,6 +118,7 @@ void Frame::showState() {
         for (int i = 0; i < static_cast<int>(std::size(texts)); ++i) {
             if (GetStatusBar()->GetStatusText(i) != texts[i]) {
                 SetStatusText(texts[i], i);
+                accessibility::setDescriptionOf(*GetStatusBar());
             }
         }
     });

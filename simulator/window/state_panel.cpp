@@ -15,7 +15,9 @@ constexpr int Style = wxDV_SINGLE | wxDV_ROW_LINES;
 
 wxSizer* withTitle(wxWindow& parent, WordTable& table) {
     auto* const column = new wxBoxSizer(wxVERTICAL);
-    column->Add(new wxStaticText(&parent, wxID_ANY, table.GetName()), wxSizerFlags());
+    auto* const title = new wxStaticText(&parent, wxID_ANY, table.GetName());
+    accessibility::setCaptionOf(*title, &table);
+    column->Add(title, wxSizerFlags());
     column->Add(&table, wxSizerFlags(1).Expand().Border(wxTOP, parent.FromDIP(2)));
     return column;
 }

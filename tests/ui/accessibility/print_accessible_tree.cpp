@@ -2,7 +2,8 @@
 //
 //   role "name" (description), label-for -> role "name"
 //
-// print_accessible_tree NAME_OF_THE_PROGRAM. Waits until its window is there.
+// What is hidden is left out. print_accessible_tree NAME_OF_THE_PROGRAM [--focused]; the latter:
+// only what has the focus. Waits until the program's window is there.
 
 #include <atspi/atspi.h>
 
@@ -47,14 +48,24 @@ std::string captionOf(AtspiAccessible* object) {
     return text;
 }
 
-void print(AtspiAccessible* object) {
+bool is(AtspiAccessible* object, AtspiStateType state) {
+    AtspiStateSet* const states = atspi_accessible_get_state_set(object);
+    const bool contained = atspi_state_set_contains(states, state) != FALSE;
+    g_object_unref(states);
+    return contained;
+}
+
+void print(AtspiAccessible* object, bool focusedOnly) {
     const std::string more = taken(atspi_accessible_get_description(object, nullptr));
-    std::cout << described(object) << (more.empty() ? "" : " (" + more + ")") << captionOf(object)
-              << '\n';
+    if (!focusedOnly || is(object, ATSPI_STATE_FOCUSED)) {
+        std::cout << described(object) << (more.empty() ? "" : " (" + more + ")")
+                  << captionOf(object) << '\n';
+    }
     const gint children = atspi_accessible_get_child_count(object, nullptr);
     for (gint i = 0; i < children; ++i) {
-        if (const Accessible child{atspi_accessible_get_child_at_index(object, i, nullptr)}) {
-            print(child.get());
+        if (const Accessible child{atspi_accessible_get_child_at_index(object, i, nullptr)};
+            child && is(child.get(), ATSPI_STATE_VISIBLE)) {
+            print(child.get(), focusedOnly);
         }
     }
 }
@@ -76,15 +87,16 @@ Accessible find(const std::string& name) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 2 || atspi_init() != 0) {
-        std::cerr << "usage: print_accessible_tree NAME, with an accessibility bus\n";
+    const bool understood = argc == 2 || (argc == 3 && std::string(argv[2]) == "--focused");
+    if (!understood || atspi_init() != 0) {
+        std::cerr << "usage: print_accessible_tree NAME [--focused], with an accessibility bus\n";
         return 2;
     }
     using namespace std::chrono_literals;
     const auto deadline = std::chrono::steady_clock::now() + 20s;
     while (std::chrono::steady_clock::now() < deadline) {
         if (const Accessible program = find(argv[1])) {
-            print(program.get());
+            print(program.get(), argc == 3);
             return 0;
         }
         std::this_thread::sleep_for(50ms);
