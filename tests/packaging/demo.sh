@@ -13,6 +13,11 @@ export HOME=$prefix/home LOG=$prefix/usb-log.txt LUMADOT_SIM_LOG=$prefix/usb-log
 unset XDG_DATA_HOME
 mkdir "$HOME"
 
+"$prefix/bin/lumadot-demo" --help | grep -q 'simulated controller'
+result=0
+"$prefix/bin/lumadot-demo" --verbose 2>/dev/null || result=$?
+[[ $result -eq 2 ]]
+
 "$prefix/bin/lumadot-demo" >"$prefix/out" &
 TOOL=$!
 wait_until "the display is there" simulator_is_there
