@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# Takes pictures of the real window on the simulated controller:
+# Takes pictures of the real windows on the simulated controller:
 #   scripts/screenshots.sh         those of the user's guide, into docs/pictures
-#   scripts/screenshots.sh looks   the window at 100 and 200 %, light, dark and in high contrast, into
-#                                  build/looks, for people to look at
+#   scripts/screenshots.sh looks   the tool, the viewer and the simulator at 100 and 200 %, light, dark and
+#                                  in high contrast, into build/looks, for people to look at
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 # shellcheck source=scripts/lib/packages.sh
@@ -146,7 +146,41 @@ look() {
   export GDK_SCALE=$2 GTK_THEME=$3
   start
   downs 1
-  picture "$1"
+  picture "tool-$1"
+  close_tool
+  look_at_viewer "$1"
+  look_at_simulator "$1"
+}
+
+look_at_viewer() {
+  LD_LIBRARY_PATH=$build/simulated_bus LUMADOT_SIM_BOARD=standard "$build/lumadotctl" --quiet record \
+    --mode 1 --seconds 1 "$work"
+  "$build/lumadot-viewer" "$work"/*_lumadot_dump.txt &
+  TOOL=$!
+  wait_until "the viewer's window is there" viewer_is_there
+  activate "$WINDOW"
+  wait_until "the recording is read" tool_rests
+  press Page_Up Right Right i
+  picture "viewer-$1"
+  press ctrl+e
+  wait_until "the dialog is there" dialog_is_there "Export"
+  activate "$DIALOG"
+  picture "viewer-export-$1" "$DIALOG"
+  press Escape
+  wait_until "the dialog is gone" dialog_is_gone "Export"
+  close_tool
+}
+
+viewer_is_there() {
+  WINDOW=$(xdotool search --onlyvisible --name ' - LUMADOT Viewer$' 2>/dev/null | tail -n 1)
+  [[ -n $WINDOW ]]
+}
+
+look_at_simulator() {
+  "$build/lumadot-simulator" --port 0 >/dev/null &
+  TOOL=$!
+  show_simulator
+  picture_now "simulator-$1"
   close_tool
 }
 
@@ -162,8 +196,8 @@ looks() {
 if [[ ${LUMADOT_ON_DISPLAY:-} != yes ]]; then
   need_packages "${BUILD_PACKAGES[@]}" "${RUN_PACKAGES[@]}"
   cmake --preset release >build/configure.log
-  cmake --build --preset release --target lumadot-tool usb_standin
-  LUMADOT_SCREEN=1920x1600x24 LUMADOT_ON_DISPLAY=yes exec scripts/on_display.sh "$0" "$@"
+  cmake --build --preset release --target lumadot-tool lumadot-viewer lumadot-simulator lumadotctl usb_standin
+  LUMADOT_SCREEN=2560x1800x24 LUMADOT_ON_DISPLAY=yes exec scripts/on_display.sh "$0" "$@"
 fi
 
 work=$(mktemp -d)
