@@ -1,6 +1,7 @@
 // lumadot-viewer: looks at what captures have recorded.
 
 #include <wx/app.h>
+#include <wx/init.h>
 
 #include <clocale>
 #include <filesystem>
@@ -42,6 +43,22 @@ private:
     std::optional<std::filesystem::path> file_;
 };
 
+/// Not with wxEntry, which shows a window to say that it cannot show one.
+int run(App* app, char** argv) {
+    wxApp::SetInstance(app);
+    int onlyTheName = 1;
+    if (!wxEntryStart(onlyTheName, argv)) {
+        std::cerr
+            << "lumadot-viewer: there is no display for the window; in a terminal, lumadotctl "
+               "dump show draws recordings\n";
+        return 1;
+    }
+    const int result = app->CallOnInit() ? app->OnRun() : 1;
+    app->OnExit();
+    wxEntryCleanup();
+    return result;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -62,7 +79,5 @@ int main(int argc, char** argv) {
         return 2;
     }
     const auto path = argc > at ? std::optional<std::filesystem::path>(argv[at]) : std::nullopt;
-    wxApp::SetInstance(new App(path));
-    int none = 1;
-    return wxEntry(none, argv);
+    return run(new App(path), argv);
 }

@@ -64,6 +64,11 @@ check "exit code 0" quit
 check "help" grep -q 'lumadot-viewer \[FILE\]' <("$program" --help)
 check "version" grep -Eq '^lumadot-viewer [0-9.]+$' <(DISPLAY='' "$program" --version)
 result=0
+env -u DISPLAY -u WAYLAND_DISPLAY "$program" 2>"$work/errors" || result=$?
+check "exit code 1 without a display, not $result" [ "$result" = 1 ]
+check "the message says what to do" grep -q 'no display for the window; in a terminal' "$work/errors"
+
+result=0
 "$program" one.raw two.raw 2>"$work/errors" || result=$?
 check "exit code 2 for two files, not $result" [ "$result" = 2 ]
 check "the message says where to look" grep -q 'lumadot-viewer: one recording' "$work/errors"
