@@ -130,8 +130,6 @@ void PlayBar::showPosition(const Player& player) {
     }
     if (slider->GetValue() != number) {
         slider->SetValue(number);
-        // GTK draws it where it was, and places it only when something else happens.
-        CallAfter([this] { slider->Refresh(); });
     }
     if (frame->GetMax() != lastFrame) {
         frame->SetRange(0, lastFrame);

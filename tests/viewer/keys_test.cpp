@@ -124,26 +124,6 @@ TEST_F(Keys, TheSliderIsDraggedAndTheButtonsAreClicked) {
     EXPECT_LT(number(), 20U);
 }
 
-TEST_F(Keys, TheSliderIsDrawnWhereTheFrameIs) {
-    openFrames(30);
-    // In the middle of the slider's height: what is passed has another colour than what is to come.
-    const auto isBetween = [this](double left, double right) {
-        const ScreenPixels screen = screenOf(*window.playBar().slider);
-        const auto colourAt = [&](double place) {
-            const auto x = static_cast<int>(place * screen.width);
-            const auto start = screen.rgb.begin() + 3 * (screen.height / 2 * screen.width + x);
-            return std::vector<std::uint8_t>(start, start + 3);
-        };
-        return colourAt(left) != colourAt(right);
-    };
-    press(WXK_PAGEDOWN, [this] { return number() == 10; });
-    EXPECT_TRUE(runUntil([&] { return isBetween(0.2, 0.8); }));
-    press(WXK_END, [this] { return number() == 29; });
-    EXPECT_TRUE(runUntil([&] { return !isBetween(0.2, 0.8); }));
-    press(WXK_PAGEUP, [this] { return number() == 19; });
-    EXPECT_TRUE(runUntil([&] { return isBetween(0.2, 0.8) && !isBetween(0.2, 0.5); }));
-}
-
 TEST_F(Keys, AFileIsOpenedByTheDialogAndNamedByTheTitle) {
     EXPECT_EQ(window.GetTitle(), "LUMADOT Viewer");
     support::writeFile(path("050324_140709_lumadot_dump.txt"), dumps::bytesOf(dumps::plainText(1)));
