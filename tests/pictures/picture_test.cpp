@@ -249,6 +249,25 @@ TEST(Dithering, KeepsTheMeanBrightness) {
     }
 }
 
+/// The start of the first rows, worked out by hand: 7, 3, 5 and 1 sixteenths of what is left.
+TEST(Dithering, IsFloydAndSteinbergs) {
+    presets::Colours blackAndWhite{};
+    std::fill(blackAndWhite.end() - 3, blackAndWhite.end(), std::uint8_t{255});
+    const Bytes entries =
+        pictures::fitToDisplay(plain(128, 32, {100, 100, 100}), blackAndWhite, 128, 32);
+    std::string rows;
+    for (const std::size_t row : {0U, 1U, 2U}) {
+        for (std::size_t column = 0; column < 32; ++column) {
+            rows += entries[128 * row + column] == 15 ? '#' : '.';
+        }
+        rows += '\n';
+    }
+    EXPECT_EQ(rows,
+              ".#..#..#..#..#..#..#..#..#..#..#\n"
+              ".#.#.#..#.#.#.#..#.#.#.#..#.#.#.\n"
+              ".#..#.#.#..#..#.#.#..#..#.#..#..\n");
+}
+
 /// On the orange display, too, black is darkest and white is brightest, and nothing is cut off.
 TEST(Dithering, ShowsGreyAsBrightnessOfASingleHue) {
     for (const std::uint8_t grey : std::initializer_list<std::uint8_t>{0, 40, 128, 200, 255}) {

@@ -54,14 +54,14 @@ TEST_F(FollowedFile, HasItsGapsItsDamageAndItsShades) {
     using dumps::plainText;
     Followed followed(
         write(plainText(1000) + plainText(2999) + plainText(3000, '1').substr(0, 402) +
-              plainText(4000, '4') + plainText(3900)),
+              plainText(3999, '4') + plainText(3900)),
         [] {});
     const State state = waitFor(followed, isRead);
     EXPECT_EQ(state.frames, 4U);
     EXPECT_EQ(state.damages, 1U);
     EXPECT_EQ(state.highestDigit, 4);
     const auto gaps = followed.useSurvey([](auto&, const auto& survey) { return survey.gaps(); });
-    EXPECT_THAT(gaps, ElementsAre(Gap{0, 1999}, Gap{1, 1001}, Gap{2, 0xFFFFFF9C}));
+    EXPECT_THAT(gaps, ElementsAre(Gap{0, 1999}, Gap{1, 1000}, Gap{2, 0xFFFFFF9D}));
     EXPECT_EQ(viewer::words::gap(gaps[0]), "2.0 s without a frame");
     EXPECT_EQ(viewer::words::gap(gaps[2]), "A step of 0.1 s back in time");
 }
