@@ -69,7 +69,11 @@ Window::Window()
     canvas_->SetFocus();
 }
 
-Window::~Window() = default;
+Window::~Window() {
+    // It loses the focus when it is deleted, which is after this.
+    canvas_->Unbind(wxEVT_SET_FOCUS, &Window::onFocus, this);
+    canvas_->Unbind(wxEVT_KILL_FOCUS, &Window::onFocus, this);
+}
 
 void Window::layOut() {
     constexpr int FirstWidth = 1024;  // Of the display, in pixels.
@@ -147,16 +151,18 @@ void Window::bindControls() {
             goToNextPlace();
         }
     });
-    for (const auto& type : {wxEVT_SET_FOCUS, wxEVT_KILL_FOCUS}) {
-        canvas_->Bind(type, [this, type](wxFocusEvent& event) {
-            frameOfCanvas_->SetBackgroundColour(
-                type == wxEVT_SET_FOCUS ? wxSystemSettings::GetColour(wxSYS_COLOUR_HIGHLIGHT)
-                                        : wxNullColour);
-            frameOfCanvas_->Refresh();
-            event.Skip();
-        });
-    }
+    canvas_->Bind(wxEVT_SET_FOCUS, &Window::onFocus, this);
+    canvas_->Bind(wxEVT_KILL_FOCUS, &Window::onFocus, this);
     canvas_->Bind(wxEVT_LEFT_DCLICK, [this](auto&) { setFullScreen(!IsFullScreen()); });
+}
+
+/// The canvas is framed while it has the focus.
+void Window::onFocus(wxFocusEvent& event) {
+    frameOfCanvas_->SetBackgroundColour(event.GetEventType() == wxEVT_SET_FOCUS
+                                            ? wxSystemSettings::GetColour(wxSYS_COLOUR_HIGHLIGHT)
+                                            : wxNullColour);
+    frameOfCanvas_->Refresh();
+    event.Skip();
 }
 
 void Window::bindLook() {

@@ -48,6 +48,7 @@ private:
     void bindControls();
     void bindLook();
     void onKey(wxKeyEvent& event);
+    void onFocus(wxFocusEvent& event);
     void onNews();
     void performPlay(Command command);
     void performGo(Command command);
