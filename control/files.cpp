@@ -9,6 +9,8 @@
 
 #include "control/text.h"
 #include "device/file_stream.h"
+#include "platform/native_file.h"
+#include "recording/source.h"
 
 namespace control {
 
@@ -34,7 +36,7 @@ file::Stream openToRead(const std::string& path, std::size_t most, std::size_t& 
         throw fileFailure(path, "cannot be read: " + lastError(), CheckName);
     }
     errno = 0;
-    const long length = file::length(stream.get());
+    const std::int64_t length = file::length(stream.get());
     if (length < 0) {
         throw fileFailure(path, "cannot be read: " + lastError(), CheckName);
     }
@@ -62,28 +64,29 @@ Failure notWritten(const std::string& path) {
 /// A name beside the file that nothing has.
 std::string nameBeside(const fs::path& file) {
     std::random_device random;
-    return file.string() + "." + std::to_string(random()) + ".new";
+    return recording::nameOf(file) + "." + std::to_string(random()) + ".new";
 }
 
 void writeBeside(const std::string& path, const fs::path& file,
                  std::span<const std::uint8_t> bytes) {
     const std::string fresh = nameBeside(file);
     errno = 0;
-    file::Stream stream(std::fopen(fresh.c_str(), "wbx"));
+    file::Stream stream = file::openAny(fresh.c_str(), "wbx");
     if (!stream) {
         throw notWritten(path);
     }
+    const fs::path freshFile = native_file::named(fresh.c_str());
     std::error_code error;
     const bool written = write(std::move(stream), bytes);
     if (written) {
         if (const fs::file_status old = fs::status(file, error); fs::is_regular_file(old)) {
-            fs::permissions(fresh, old.permissions(), error);
+            fs::permissions(freshFile, old.permissions(), error);
         }
-        fs::rename(fresh, file, error);
+        fs::rename(freshFile, file, error);
     }
     if (!written || error) {
         const Failure failure = notWritten(path);
-        fs::remove(fresh, error);
+        fs::remove(freshFile, error);
         throw Failure(failure);
     }
 }
@@ -121,10 +124,9 @@ std::vector<std::uint8_t> readHead(const std::string& path, std::size_t limit) {
 
 void writeWhole(const std::string& path, std::span<const std::uint8_t> bytes) {
     std::error_code error;
-    const fs::file_status status = fs::status(path, error);
+    const fs::file_status status = fs::status(native_file::named(path.c_str()), error);
     if (!fs::exists(status) || fs::is_regular_file(status)) {
-        const fs::path file = fs::exists(status) ? fs::canonical(path, error) : fs::path(path);
-        return writeBeside(path, file, bytes);
+        return writeBeside(path, native_file::target(native_file::named(path.c_str())), bytes);
     }
     errno = 0;
     file::Stream stream = file::open(path.c_str(), "wb");
@@ -135,7 +137,7 @@ void writeWhole(const std::string& path, std::span<const std::uint8_t> bytes) {
 
 void requireFolder(const std::string& path) {
     std::error_code error;
-    if (!fs::is_directory(path, error)) {
+    if (!fs::is_directory(native_file::named(path.c_str()), error)) {
         throw fileFailure(path, "is no folder", "Make it first, or name another.");
     }
 }

@@ -7,6 +7,7 @@
 #include "control/interrupt.h"
 #include "control/names.h"
 #include "pictures/sequence.h"
+#include "platform/native_file.h"
 #include "ui/palette_file.h"
 
 namespace control {
@@ -71,7 +72,7 @@ void withProgress(Session& session, const std::string& name, Progress::Unit unit
 }
 
 std::unique_ptr<recording::Recording> openRecording(Session& session, const std::string& path) {
-    auto opened = std::make_unique<recording::Recording>(path);
+    auto opened = std::make_unique<recording::Recording>(native_file::named(path.c_str()));
     withProgress(session, path, Progress::Unit::Bytes,
                  [&](const recording::Progress& progress) { return opened->extend(progress); });
     return opened;

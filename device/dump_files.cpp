@@ -25,7 +25,7 @@ std::string nameAt(std::time_t time, const char* pattern) {
 /// opens all the same: the file is there, and its writing was tried.
 bool append(const std::string& path, std::string_view block) {
     // Binary for the text file too: its line ends are CR LF on every system.
-    const file::Stream stream(std::fopen(path.c_str(), "ab"));
+    const file::Stream stream = file::openAny(path.c_str(), "ab");
     if (!stream) {
         return false;
     }

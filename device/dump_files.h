@@ -16,7 +16,7 @@ namespace dump {
 /// after. A file that cannot be opened is left out for that frame.
 class Files {
 public:
-    /// `folder` in the encoding of the C library. Starts the raw file with its header.
+    /// `folder` in the encoding of file names (native_file.h). Starts the raw file with its header.
     Files(const std::string& folder, const InputModeInfo& mode);
 
     bool hasRaw() const { return hasRaw_; }

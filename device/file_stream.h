@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <memory>
 
-/// The C library's byte streams, owned.
+/// The C library's byte streams, owned. How names are encoded: see native_file.h.
 namespace file {
 
 struct Closer {
@@ -21,8 +21,11 @@ bool wouldWait(const char* path, const char* mode);
 /// Opens `path` as `fopen` does; null when it cannot be opened, or when using it would wait.
 Stream open(const char* path, const char* mode);
 
+/// Opens `path` as `fopen` does, whatever it is.
+Stream openAny(const char* path, const char* mode);
+
 /// The stream's length in bytes, negative when it cannot be read; the stream is rewound.
-long length(std::FILE* stream);
+std::int64_t length(std::FILE* stream);
 
 /// The first bytes of a file.
 struct Head {

@@ -19,6 +19,7 @@
 #include "device/file_stream.h"
 #include "device/frames.h"
 #include "device/logo_frame.h"
+#include "device/narrow_text.h"
 #include "device/upload.h"
 #include "device/wire.h"
 
@@ -261,7 +262,7 @@ void USBClass::uploadFile(const char* localPath, const char* destinationName) {
         wxMessageBox(FileError);
         return;
     }
-    const long length = stream ? file::length(stream.get()) : -1;
+    const std::int64_t length = stream ? file::length(stream.get()) : -1;
     const bool fits = length >= 0 && length <= upload::MaxSize;
     const auto size = fits ? static_cast<std::size_t>(length) : 0;
     std::unique_ptr<std::uint8_t[]> content(new (std::nothrow) std::uint8_t[size]);
@@ -302,7 +303,7 @@ void USBClass::uploadFile(const char* localPath, const char* destinationName) {
 void USBClass::receiveDump(unsigned char mode, wxString directory) {
     const std::int64_t start = wxGetLocalTimeMillis().GetValue();
     const InputModeInfo& info = inputMode(mode);
-    const dump::Files files(directory.mb_str(wxConvLibc).data(), info);
+    const dump::Files files(narrowText(directory), info);
     const int found = setup();
     if (found == variant::None) {
         return;

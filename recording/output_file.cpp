@@ -4,6 +4,7 @@
 #include <random>
 #include <system_error>
 
+#include "platform/native_file.h"
 #include "recording/error.h"
 #include "recording/source.h"
 
@@ -13,13 +14,13 @@ namespace {
 
 constexpr std::size_t BufferBytes = std::size_t{64} << 10;
 
-/// A name that no file in the folder has.
-std::filesystem::path unusedName(const std::filesystem::path& folder) {
+/// A name beside the file that no other has.
+std::filesystem::path unusedName(const std::filesystem::path& file) {
     std::random_device random;
     std::error_code ignored;
-    std::filesystem::path name;
+    std::filesystem::path name = file;
     do {
-        name = folder / (".lumadot-" + std::to_string(random()) + ".part");
+        name.replace_filename(".lumadot-" + std::to_string(random()) + ".part");
     } while (std::filesystem::exists(name, ignored));
     return name;
 }
@@ -31,14 +32,12 @@ std::string reasonOf(int error) {
 
 }  // namespace
 
-OutputFile::OutputFile(const std::filesystem::path& path) : path_(path), buffer_(BufferBytes) {
+OutputFile::OutputFile(const std::filesystem::path& path)
+    : path_(native_file::target(path)),  // A link stays, the file behind it is replaced.
+      buffer_(BufferBytes) {
     std::error_code ignored;
-    // A link stays, the file behind it is replaced.
-    if (const auto target = std::filesystem::weakly_canonical(path, ignored); !target.empty()) {
-        path_ = target;
-    }
     prepare();
-    temporary_ = unusedName(path_.parent_path());
+    temporary_ = unusedName(path_);
     file_.pubsetbuf(buffer_.data(), static_cast<std::streamsize>(buffer_.size()));
     errno = 0;
     if (file_.open(temporary_, std::ios::out | std::ios::binary) == nullptr) {

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "device/dump_format.h"
+#include "platform/native_file.h"
 #include "recording/error.h"
 #include "recording/raw_format.h"
 #include "recording/raw_modes.h"
@@ -34,7 +35,7 @@ std::uint8_t planesOf(const Frame& frame) {
 
 /// The text dump beside a raw one, if it is of the XL board.
 std::filesystem::path xlTwinOf(const std::filesystem::path& raw) {
-    std::filesystem::path twin = raw;
+    std::filesystem::path twin = native_file::reachable(raw);
     twin.replace_extension(".txt");
     std::error_code error;
     if (!std::filesystem::is_regular_file(twin, error)) {

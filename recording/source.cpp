@@ -6,8 +6,8 @@
 #include <ios>
 #include <string>
 #include <system_error>
-#include <utility>
 
+#include "platform/native_file.h"
 #include "recording/error.h"
 
 namespace recording {
@@ -25,7 +25,7 @@ std::string nameOf(const std::filesystem::path& path) {
     return {name.begin(), name.end()};
 }
 
-FileSource::FileSource(std::filesystem::path path) : path_(std::move(path)) {
+FileSource::FileSource(const std::filesystem::path& path) : path_(native_file::reachable(path)) {
     std::error_code error;
     const auto status = std::filesystem::status(path_, error);
     if (!std::filesystem::exists(status)) {

@@ -33,7 +33,7 @@ public:
 class FileSource : public Source {
 public:
     /// Throws Error (CannotRead), also when it is no regular file.
-    explicit FileSource(std::filesystem::path path);
+    explicit FileSource(const std::filesystem::path& path);
 
     std::uint64_t size() override;
     std::size_t read(std::uint64_t offset, std::span<std::uint8_t> bytes) override;

@@ -10,7 +10,7 @@ find build/coverage -name '*.gcda' -delete 2>/dev/null || true
 scripts/test.sh coverage
 report() {
   gcovr --root . --object-directory build/coverage --filter app/ --filter control/ --filter device/ --filter display/ \
-    --filter pictures/ --filter recording/ --filter ui/ \
+    --filter pictures/ --filter platform/ --filter recording/ --filter ui/ \
     --exclude-throw-branches --exclude-unreachable-branches "$@"
 }
 report --branches

@@ -9,7 +9,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 . scripts/lib/packages.sh
 
 deadline=${1:+$(($(date +%s) + $1 * 60))}
-sources=(accessibility app control device display pictures recording ui simulator viewer)
+sources=(accessibility app control device display pictures platform recording ui simulator viewer)
 
 # files PATTERN... : tracked and new files, ended by zero bytes.
 files() {

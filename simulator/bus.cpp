@@ -204,7 +204,7 @@ const std::vector<Call>& Bus::calls() const {
 
 void Bus::clearCalls() { state_->calls.clear(); }
 
-void Bus::logTo(const std::string& path) {
+void Bus::logTo(const std::filesystem::path& path) {
     state_->log.close();
     state_->log.clear();
     if (!path.empty()) {

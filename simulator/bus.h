@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -103,7 +104,7 @@ public:
     const std::vector<Call>& calls() const;
     void clearCalls();
     /// Appends the line of `describe` to the file for each call as it happens; "": no longer.
-    void logTo(const std::string& path);
+    void logTo(const std::filesystem::path& path);
     /// Long captures: keep no more than the last `count` calls (0: keep all, the start value).
     void keepCalls(std::size_t count);
     /// False: calls are not kept at all, and their bytes not copied (for measuring).

@@ -56,6 +56,8 @@ struct ControllerOptions {
     std::filesystem::path store =
         {};                           ///< directory for what survives a restart; empty: memory only
     std::uint32_t frameInterval = 0;  ///< ms between two captured frames; 0: as fast as asked
+    /// Whether its USB plug tells Windows which driver it wants.
+    bool windowsDescriptors = false;
     std::uint32_t restartTime = 1000;  ///< ms without an answer after a reset
     /// The board's clock in ms. The time stamps of captured frames and the restart follow it.
     std::function<std::uint64_t()> clock = [] { return std::uint64_t{0}; };

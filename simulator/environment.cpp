@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
-#include <cstdlib>
+#include <filesystem>
 #include <initializer_list>
 #include <iostream>
 #include <optional>
@@ -11,15 +11,18 @@
 #include <utility>
 #include <vector>
 
+#include "platform/native_file.h"
+#include "platform/start.h"
 #include "simulator/bus.h"
 
 namespace simulator {
 
 namespace {
 
-std::string variable(const char* name) {
-    const char* value = std::getenv(name);
-    return value != nullptr ? value : "";
+using start::variable;
+
+std::filesystem::path pathVariable(const char* name) {
+    return native_file::named(variable(name).c_str());
 }
 
 std::optional<int> number(std::string_view text) {
@@ -127,12 +130,12 @@ void configureFromEnvironment(Bus& bus) {
     options.board = board == 2 ? Board::Xl : Board::Standard;
     options.layout = layout == 1 ? SettingsLayout::Older : SettingsLayout::Newer;
     options.frameInterval = reader.frameInterval();
-    options.store = variable("LUMADOT_SIM_STORE");
+    options.store = pathVariable("LUMADOT_SIM_STORE");
     if (const std::string id = variable("LUMADOT_SIM_UID"); !id.empty()) {
         options.uniqueId = id;
     }
     bus.setRealTime(reader.choice("LUMADOT_SIM_TIME", {"fast", "real"}) == 1);
-    bus.logTo(variable("LUMADOT_SIM_LOG"));
+    bus.logTo(pathVariable("LUMADOT_SIM_LOG"));
     for (Fault& fault : reader.faults()) {
         bus.inject(std::move(fault));
     }

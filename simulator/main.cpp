@@ -7,6 +7,8 @@
 #include <stdexcept>
 #include <system_error>
 
+#include "platform/native_file.h"
+#include "platform/start.h"
 #include "simulator/server/options.h"
 #include "simulator/server/server.h"
 #include "simulator/window/window.h"
@@ -38,7 +40,7 @@ void prepareState(const std::filesystem::path& folder) {
 std::ofstream openLog(const std::string& name) {
     std::ofstream log;
     if (!name.empty()) {
-        log.open(name, std::ios::trunc);
+        log.open(native_file::named(name.c_str()), std::ios::trunc);
         if (!log) {
             throw std::runtime_error("cannot write the log " + name + "; give another --log");
         }
@@ -75,8 +77,9 @@ int serve(ProgramOptions options) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    start::CommandLine line(argc, argv);
     int exitCode = 0;
-    auto options = simulator::parseArguments(argc, argv, exitCode);
+    auto options = simulator::parseArguments(line.count(), line.values(), exitCode);
     if (!options) {
         return exitCode;
     }

@@ -4,6 +4,7 @@
 #include <cctype>
 #include <charconv>
 #include <cstdio>
+#include <exception>
 #include <fstream>
 #include <iterator>
 #include <optional>
@@ -22,11 +23,24 @@ using Bytes = std::vector<std::uint8_t>;
 constexpr std::string_view LongData = "%long-";
 constexpr std::string_view LongName = "%name-";
 constexpr std::string_view Unfinished = "%unfinished";
-constexpr std::size_t LongestFileName = 200;
+// Some systems take no more than 259 with all folders.
+constexpr std::size_t LongestFileName = 100;
 
+/// Letters that every system takes as they are. Not all of them tell "A" from "a".
 bool isPlain(char letter) {
-    return std::isalnum(static_cast<unsigned char>(letter)) != 0 || letter == '-' ||
-           letter == '_' || letter == '.';
+    const auto byte = static_cast<unsigned char>(letter);
+    return std::islower(byte) != 0 || std::isdigit(byte) != 0 || letter == '-' || letter == '_' ||
+           letter == '.';
+}
+
+/// Whether Windows takes it for a device, whatever comes after the first dot.
+bool isDevice(std::string_view name) {
+    const std::string_view base = name.substr(0, name.find('.'));
+    constexpr std::string_view Plain[] = {"con", "prn", "aux", "nul"};
+    const bool numbered = base.size() == 4 &&
+                          (base.starts_with("com") || base.starts_with("lpt")) &&
+                          std::isdigit(static_cast<unsigned char>(base[3])) != 0;
+    return numbered || std::ranges::find(Plain, base) != std::end(Plain);
 }
 
 std::string encode(const std::string& name) {
@@ -34,8 +48,10 @@ std::string encode(const std::string& name) {
         return "%";
     }
     std::string text;
-    for (const char letter : name) {
-        if (isPlain(letter) && !(letter == '.' && text.empty())) {
+    for (std::size_t i = 0; i < name.size(); ++i) {
+        const char letter = name[i];
+        const bool isOuterDot = letter == '.' && (i == 0 || i + 1 == name.size());
+        if (isPlain(letter) && !isOuterDot && !(i == 0 && isDevice(name))) {
             text += letter;
         } else {
             char code[4];
@@ -105,13 +121,23 @@ void writeFile(const fs::path& path, std::span<const std::uint8_t> bytes) {
     }
 }
 
+/// The file's name, unless it is no text, as Windows allows.
+std::optional<std::string> nameOf(const fs::path& path) {
+    try {
+        const std::u8string name = path.filename().u8string();
+        return std::string(name.begin(), name.end());
+    } catch (const std::exception&) {
+        return std::nullopt;
+    }
+}
+
 /// The name an upload had, from the name of its file.
 std::optional<std::string> uploadName(const fs::path& path) {
-    const std::string file = path.filename().string();
-    if (!file.starts_with(LongData)) {
-        return decode(file);
+    const std::optional<std::string> file = nameOf(path);
+    if (!file || !file->starts_with(LongData)) {
+        return file ? decode(*file) : std::nullopt;
     }
-    const std::string key = file.substr(LongData.size());
+    const std::string key = file->substr(LongData.size());
     const std::optional<Bytes> name = readFile(path.parent_path() / (std::string(LongName) + key));
     if (!name) {
         return std::nullopt;

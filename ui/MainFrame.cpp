@@ -20,6 +20,7 @@
 #include "device/command_frame.h"
 #include "device/file_stream.h"
 #include "device/interfaceUSB.h"
+#include "device/narrow_text.h"
 #include "device/wire.h"
 #include "ui/palette.h"
 #include "ui/palette_file.h"
@@ -41,12 +42,9 @@ constexpr const char* PaletteFiles = "Palette files (*.pal)|*.pal";
 
 constexpr const char* FileError = "File Error";
 
-/// A text in the encoding of the user's locale, as the C library wants it.
-std::string narrow(const wxString& text) { return {text.mb_str(wxConvLibc).data()}; }
-
-/// A text from the controller; bytes that the locale cannot decode as \xNN.
+/// A text from the controller; bytes that cannot be decoded as \xNN.
 wxString shown(const char* text) {
-    const wxString decoded(text, wxConvLibc);
+    const wxString decoded(text, narrowEncoding());
     if (!decoded.empty()) {
         return decoded;
     }
@@ -167,7 +165,7 @@ void MainFrame::OnLoad_configMenuSelected(wxCommandEvent&) {
     if (dialog.ShowModal() == wxID_CANCEL) {
         return;
     }
-    file::Stream stream = file::open(narrow(dialog.GetPath()).c_str(), "rb");
+    file::Stream stream = file::open(narrowText(dialog.GetPath()).c_str(), "rb");
     if (!stream) {
         wxMessageBox(FileError);
         return;
@@ -194,7 +192,7 @@ void MainFrame::OnSave_configMenuSelected(wxCommandEvent&) {
     if (dialog.ShowModal() == wxID_CANCEL) {
         return;
     }
-    if (const file::Stream stream = file::open(narrow(dialog.GetPath()).c_str(), "wb")) {
+    if (const file::Stream stream = file::open(narrowText(dialog.GetPath()).c_str(), "wb")) {
         const auto bytes = settings::bytesOf(config);
         std::fwrite(bytes.data(), 1, bytes.size(), stream.get());
     }
@@ -206,7 +204,7 @@ void MainFrame::OnLoad_paletteMenuSelected(wxCommandEvent&) {
     if (dialog.ShowModal() == wxID_CANCEL) {
         return;
     }
-    const file::Stream stream = file::open(narrow(dialog.GetPath()).c_str(), "rb");
+    const file::Stream stream = file::open(narrowText(dialog.GetPath()).c_str(), "rb");
     if (!stream) {
         wxMessageBox(FileError);
         return;
@@ -227,7 +225,7 @@ void MainFrame::OnSave_paletteMenuSelected(wxCommandEvent&) {
     }
     // Before the file is opened, which empties it: what takes memory must not come after that.
     auto bytes = std::make_unique<palette_file::Bytes>(palette_file::encode(palette));
-    const file::Stream stream = file::open(narrow(dialog.GetPath()).c_str(), "wb");
+    const file::Stream stream = file::open(narrowText(dialog.GetPath()).c_str(), "wb");
     if (!stream) {
         wxMessageBox(FileError);
         static_cast<void>(bytes.release());  // Kept for compatibility: they stay allocated.
@@ -269,12 +267,12 @@ void MainFrame::OnUpload_DeviceMenuSelected(wxCommandEvent&) {
     if (names.ShowModal() == wxID_CANCEL) {
         return;
     }
-    const std::string name = narrow(names.GetValue());
+    const std::string name = narrowText(names.GetValue());
     if (name.empty() && !names.GetValue().empty()) {
         wxMessageBox(FileError);  // The locale has no bytes for it; an empty name is another one.
         return;
     }
-    usb.uploadFile(narrow(files.GetPath()).c_str(), name.c_str());
+    usb.uploadFile(narrowText(files.GetPath()).c_str(), name.c_str());
 }
 
 void MainFrame::OnReset_DeviceMenuSelected(wxCommandEvent&) {

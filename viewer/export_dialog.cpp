@@ -132,7 +132,10 @@ void ExportDialog::onKind() {
     std::filesystem::path path = file->IsEmpty() ? offer_.recording : pathOf(file->GetValue());
     path.replace_extension(info().extension);
     if (path == offer_.recording) {
-        path.replace_filename(path.stem().string() + "-part" + info().extension);
+        std::filesystem::path name = path.stem();
+        name += "-part";
+        name += info().extension;
+        path.replace_filename(name);
     }
     file->ChangeValue(textOf(path));
     file->SetInsertionPointEnd();  // A long path shows its name.

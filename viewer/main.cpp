@@ -10,6 +10,8 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/native_file.h"
+#include "platform/start.h"
 #include "viewer/window.h"
 
 namespace {
@@ -61,7 +63,10 @@ int run(App* app, char** argv) {
 
 }  // namespace
 
-int main(int argc, char** argv) {
+int main(int argumentCount, char** arguments) {
+    start::CommandLine line(argumentCount, arguments);
+    const int argc = line.count();
+    char** const argv = line.values();
     // File names are converted by the C library, which needs to know the user's encoding.
     std::setlocale(LC_CTYPE, "");
     const std::string_view first = argc > 1 ? argv[1] : "";
@@ -78,6 +83,6 @@ int main(int argc, char** argv) {
         std::cerr << "lumadot-viewer: one recording is shown at a time; see --help\n";
         return 2;
     }
-    const auto path = argc > at ? std::optional<std::filesystem::path>(argv[at]) : std::nullopt;
+    const auto path = argc > at ? std::optional(native_file::named(argv[at])) : std::nullopt;
     return run(new App(path), argv);
 }

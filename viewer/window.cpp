@@ -7,6 +7,7 @@
 #include <cmath>
 
 #include "accessibility/accessibility.h"
+#include "platform/native_file.h"
 #include "recording/error.h"
 #include "viewer/words.h"
 
@@ -41,7 +42,11 @@ wxString textOf(const std::filesystem::path& path) {
     return text.empty() ? wxString::From8BitData(name.c_str()) : text;
 }
 
-std::filesystem::path pathOf(const wxString& text) { return {text.fn_str().data()}; }
+std::filesystem::path pathOf(const wxString& text) {
+    const auto name = text.fn_str();  // Of another type on Windows.
+    const std::filesystem::path::value_type* const letters = name;
+    return native_file::reachable(letters);
+}
 
 Window::Window()
     : wxFrame(nullptr, wxID_ANY, Title),

@@ -8,6 +8,7 @@
 #include <fstream>
 
 #include "recording/error.h"
+#include "recording/source.h"
 #include "ui/palette_file.h"
 #include "viewer/window.h"
 #include "viewer/words.h"
@@ -17,7 +18,7 @@ namespace viewer {
 namespace {
 
 bool isPaletteName(const std::filesystem::path& path) {
-    std::string extension = path.extension().string();
+    std::string extension = recording::nameOf(path.extension());
     std::ranges::transform(extension, extension.begin(),
                            [](unsigned char letter) { return std::tolower(letter); });
     return extension == ".pal";

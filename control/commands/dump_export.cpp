@@ -13,6 +13,8 @@
 #include "display/painter.h"
 #include "pictures/gif.h"
 #include "pictures/png.h"
+#include "platform/native_file.h"
+#include "recording/source.h"
 
 namespace control {
 
@@ -34,8 +36,9 @@ struct Arguments {
     std::uint64_t sheet = 0;   ///< columns; 0: none
     bool forPictures = false;  ///< an option that only pictures have was given
 
+    std::filesystem::path outFile() const { return native_file::named(out.c_str()); }
     std::string kind() const {
-        const std::string name = std::filesystem::path(out).extension().string();
+        const std::string name = recording::nameOf(outFile().extension());
         return name.empty() ? name : lowerCase(name.substr(1));
     }
     display::Look look() const {
@@ -63,7 +66,8 @@ void checkKind(const Arguments& arguments) {
 /// Written over while it is read, it would lose what is not in the range.
 void checkThatOthersAreNamed(const Arguments& arguments) {
     std::error_code error;
-    if (std::filesystem::equivalent(arguments.file, arguments.out, error)) {
+    if (std::filesystem::equivalent(native_file::named(arguments.file.c_str()), arguments.outFile(),
+                                    error)) {
         throw Failure(ExitCode::Usage, "\"" + arguments.out + "\" is the recording itself.",
                       "Name another file.");
     }
@@ -107,7 +111,7 @@ private:
         const auto frames = sequence();
         pictures::GifResult result;
         work([&](const recording::Progress& progress) {
-            result = pictures::writeGif(frames, arguments_.look(), arguments_.out, progress);
+            result = pictures::writeGif(frames, arguments_.look(), arguments_.outFile(), progress);
             return result.finished;
         });
         return {result.frames, result.leftOut, arguments_.out};
@@ -119,18 +123,18 @@ private:
         const bool several = arguments_.sheet == 0 && count() > 1;
         work([&](const recording::Progress& progress) {
             if (arguments_.sheet > 0) {
-                return pictures::writeSheet(frames, look, arguments_.sheet, arguments_.out,
+                return pictures::writeSheet(frames, look, arguments_.sheet, arguments_.outFile(),
                                             progress);
             }
-            return several ? pictures::writePngs(frames, look, arguments_.out, progress)
-                           : pictures::writePng(frames, 0, look, arguments_.out, progress);
+            return several ? pictures::writePngs(frames, look, arguments_.outFile(), progress)
+                           : pictures::writePng(frames, 0, look, arguments_.outFile(), progress);
         });
         return {count(), 0, several ? numberedNames() : arguments_.out};
     }
 
     std::string numberedNames() const {
-        return pictures::numbered(arguments_.out, 0).string() + " to " +
-               pictures::numbered(arguments_.out, count() - 1).string();
+        return recording::nameOf(pictures::numbered(arguments_.outFile(), 0)) + " to " +
+               recording::nameOf(pictures::numbered(arguments_.outFile(), count() - 1));
     }
 
     Written converted(const std::string& kind) {
@@ -139,7 +143,7 @@ private:
         work([&](const recording::Progress& progress) {
             return recording::writeDump(
                 dump_, range_, kind == "txt" ? recording::Kind::Text : recording::Kind::Raw,
-                arguments_.out, mode, progress);
+                arguments_.outFile(), mode, progress);
         });
         return {count(), 0, arguments_.out};
     }

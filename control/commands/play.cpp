@@ -14,6 +14,7 @@
 #include "device/image_frame.h"
 #include "pictures/picture.h"
 #include "pictures/sequence.h"
+#include "platform/native_file.h"
 
 namespace control {
 
@@ -129,7 +130,7 @@ presets::Colours shownIn(const std::vector<std::uint8_t>& sent, const Takeover& 
 
 ExitCode show(Session& session, const ShowArguments& arguments) {
     const auto colours = paletteBytes(arguments.palette);
-    const pictures::Picture picture = pictures::readPng(arguments.file);
+    const pictures::Picture picture = pictures::readPng(native_file::named(arguments.file.c_str()));
     const bool stays = arguments.seconds == 0;
     Takeover display(session);
     const auto entries = pictures::fitToDisplay(picture, shownIn(colours, display),

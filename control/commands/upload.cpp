@@ -9,6 +9,8 @@
 #include "control/progress.h"
 #include "control/text.h"
 #include "device/upload.h"
+#include "platform/native_file.h"
+#include "recording/source.h"
 
 namespace control {
 
@@ -93,9 +95,9 @@ std::vector<Task> tasksOf(const Arguments& arguments) {
     constexpr std::size_t LongestName = 2046;
     std::vector<Task> tasks;
     for (const std::string& file : arguments.files) {
-        const std::string name = arguments.name.empty()
-                                     ? std::filesystem::path(file).filename().string()
-                                     : arguments.name;
+        const std::string name =
+            arguments.name.empty() ? recording::nameOf(native_file::named(file.c_str()).filename())
+                                   : arguments.name;
         if (name.empty() || name.size() > LongestName) {
             throw Failure(ExitCode::Usage,
                           "The name on the controller has to have 1 to 2046 bytes.",

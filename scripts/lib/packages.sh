@@ -14,6 +14,7 @@ SYSTEM_TEST_PACKAGES=(qemu-system-x86 mmdebstrap genext2fs e2fsprogs)
 FUZZ_PACKAGES=(clang libclang-rt-dev)
 COVERAGE_PACKAGES=(gcovr)
 LINT_PACKAGES=(clang-format clang-tidy cppcheck shellcheck shfmt)
+WINDOWS_COMPILER_PACKAGES=(g++-mingw-w64-x86-64-posix)
 
 # need_packages PACKAGE...
 # Installs those that are missing. Silent when none is.

@@ -1,6 +1,7 @@
 #include "simulator/server/control_endpoint.h"
 
 #include "simulator/server/descriptors.h"
+#include "simulator/server/windows_descriptors.h"
 
 namespace simulator {
 
@@ -23,6 +24,7 @@ constexpr std::uint8_t ToHost = 0x80;
 constexpr std::uint8_t ForDevice = 0;
 constexpr std::uint8_t ForInterface = 1;
 constexpr std::uint8_t ForEndpoint = 2;
+constexpr std::uint8_t FromVendor = 0x40;
 
 constexpr std::uint16_t EndpointHalt = 0;  // A feature.
 constexpr std::uint8_t SelfPowered = 1;    // The device's status.
@@ -50,21 +52,27 @@ void ControlEndpoint::reset() {
 }
 
 std::optional<ControlEndpoint::Bytes> ControlEndpoint::answer(
-    const std::array<std::uint8_t, usbip::SetupSize>& setup, std::string_view product) {
+    const std::array<std::uint8_t, usbip::SetupSize>& setup, const Plug& plug) {
     const auto half = [&setup](std::size_t at) {
         return static_cast<std::uint16_t>(setup[at] | setup[at + 1] << 8U);
     };
     const Request request = {setup[0], setup[1], half(2), half(4), half(6)};
     std::optional<Bytes> data;
-    switch (request.type & ~ToHost) {  // Of another kind than standard: none of these.
+    switch (request.type & ~ToHost) {
         case ForDevice:
-            data = device(request, product);
+            data = device(request, plug);
             break;
         case ForInterface:
             data = interface(request);
             break;
         case ForEndpoint:
             data = endpoint(request);
+            break;
+        case FromVendor | ForDevice:
+        case FromVendor | ForInterface:
+            if (plug.windowsDescriptors && (request.type & ToHost) != 0) {
+                data = windows_descriptors::find(request.code, request.value, request.index);
+            }
             break;
         default:
             break;
@@ -76,10 +84,9 @@ std::optional<ControlEndpoint::Bytes> ControlEndpoint::answer(
 }
 
 std::optional<ControlEndpoint::Bytes> ControlEndpoint::device(const Request& request,
-                                                              std::string_view product) {
+                                                              const Plug& plug) {
     if (request.is(GetDescriptor, true)) {
-        return descriptors::find(static_cast<std::uint8_t>(request.value >> 8U),
-                                 static_cast<std::uint8_t>(request.value), product);
+        return descriptor(request, plug);
     }
     if (request.is(GetStatus, true)) {
         return Bytes{SelfPowered, 0};
@@ -94,6 +101,17 @@ std::optional<ControlEndpoint::Bytes> ControlEndpoint::device(const Request& req
         return Nothing;  // The connection is the address.
     }
     return std::nullopt;
+}
+
+std::optional<ControlEndpoint::Bytes> ControlEndpoint::descriptor(const Request& request,
+                                                                  const Plug& plug) {
+    const auto type = static_cast<std::uint8_t>(request.value >> 8U);
+    const auto index = static_cast<std::uint8_t>(request.value);
+    if (plug.windowsDescriptors && type == descriptors::String &&
+        index == windows_descriptors::StringIndex) {
+        return windows_descriptors::signature();
+    }
+    return descriptors::find(type, index, plug.product);
 }
 
 std::optional<ControlEndpoint::Bytes> ControlEndpoint::configure(std::uint16_t value) {

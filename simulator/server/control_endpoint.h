@@ -29,10 +29,16 @@ public:
     /// As the server's host has set it up before it exports it: configured, nothing halted.
     void reset();
 
+    /// In what boards differ here.
+    struct Plug {
+        std::string_view product;  ///< the product string
+        bool windowsDescriptors;   ///< tells Windows which driver it wants
+    };
+
     /// The data stage of an IN request (empty for OUT), cut to what the request asks for; nothing:
-    /// the request stalls. `product` is the product string.
+    /// the request stalls.
     std::optional<Bytes> answer(const std::array<std::uint8_t, usbip::SetupSize>& setup,
-                                std::string_view product);
+                                const Plug& plug);
 
     bool configured() const { return configuration_ != 0; }
 
@@ -42,7 +48,8 @@ public:
 
 private:
     struct Request;
-    std::optional<Bytes> device(const Request& request, std::string_view product);
+    std::optional<Bytes> device(const Request& request, const Plug& plug);
+    static std::optional<Bytes> descriptor(const Request& request, const Plug& plug);
     std::optional<Bytes> interface(const Request& request);
     std::optional<Bytes> endpoint(const Request& request);
     std::optional<Bytes> configure(std::uint16_t value);

@@ -9,7 +9,6 @@ namespace {
 enum Type : std::uint8_t {
     Device = 1,
     ConfigurationTree = 2,
-    String = 3,
     Interface = 4,
     Endpoint = 5,
     DeviceQualifier = 6,

@@ -13,6 +13,8 @@ namespace simulator::descriptors {
 
 using Bytes = std::vector<std::uint8_t>;
 
+constexpr std::uint8_t String = 3;  ///< a descriptor's type
+
 constexpr std::uint16_t Vendor = 0x0314;
 constexpr std::uint16_t Product = 0xE457;
 constexpr std::uint16_t Release = 0x0100;

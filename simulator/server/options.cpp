@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <asio/ip/address.hpp>
 
+#include "platform/native_file.h"
+
 namespace simulator {
 
 namespace {
@@ -54,10 +56,15 @@ void addOptions(CLI::App& app, ProgramOptions& options, std::vector<std::string>
               "standard (128 x 32 dots) or xl (192 x 64)");
     addChoice(app, "--layout", options.controller.layout, {"newer", "older"}, "LAYOUT",
               "newer or older: the firmware's settings reply");
+    app.add_flag("--windows-descriptors", options.controller.windowsDescriptors,
+                 "Tell Windows to bind the driver WinUSB");
     app.add_option("--uid", options.controller.uniqueId, "The unique id, 62 letters at most")
         ->type_name("TEXT")
         ->check(CLI::Validator(checkUid, ""));
-    app.add_option("--state", options.controller.store, "Folder for what survives a restart")
+    const auto setStore = [&options](const std::string& folder) {
+        options.controller.store = native_file::named(folder.c_str());
+    };
+    app.add_option_function<std::string>("--state", setStore, "Folder for what survives a restart")
         ->type_name("FOLDER");
     app.add_option("--frame-interval", options.controller.frameInterval,
                    "ms between two captured frames (16; 0: as fast as asked)")

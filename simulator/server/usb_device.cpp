@@ -91,7 +91,8 @@ void UsbDevice::submit(usbip::Submit urb) {
 }
 
 void UsbDevice::answerControl(const usbip::Submit& urb) {
-    auto data = control_.answer(urb.setup, productOf(options_.board));
+    auto data =
+        control_.answer(urb.setup, {productOf(options_.board), options_.windowsDescriptors});
     usbip::SubmitReply reply = {.sequence = urb.sequence};
     if (!data) {
         reply.status = usbip::result::Stall;

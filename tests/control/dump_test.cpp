@@ -8,6 +8,7 @@
 #include "tests/control/pauses.h"
 #include "tests/pictures/decoded.h"
 #include "tests/recording/dumps.h"
+#include "tests/support/variables.h"
 
 namespace {
 
@@ -25,7 +26,7 @@ struct Dump : ControlTest {
                                       dumps::plainText(1250, '3')));
         write("a.raw",
               dumps::rawHeader(3) + dumps::plainRaw(1000, 3, 0xFF) + dumps::plainRaw(1100, 3, 0));
-        unsetenv("COLUMNS");
+        support::setVariable("COLUMNS", "");
     }
     void write(const std::string& name, const Bytes& bytes) const {
         support::writeFile(file(name), bytes);
@@ -130,7 +131,7 @@ TEST_F(Dump, ShowFitsTheWidth) {
     line.replace(12 + 130, 2, "ff");  // The second: dots 0 and 1.
     write("a.txt", dumps::bytesOf(line));
     const auto first = [&](const std::string& columns) {
-        setenv("COLUMNS", columns.c_str(), 1);
+        support::setVariable("COLUMNS", columns);
         const Ran ran = dump({"show", file("a.txt"), "--preset", "7"});
         EXPECT_EQ(ran.code, 0);
         const auto lines = std::ranges::count(ran.out, '\n');
@@ -148,7 +149,7 @@ TEST_F(Dump, ShowTakesHalfBlocksInTheColoursThatThereAre) {
     std::string text = dumps::plainText(0, '0');
     text.replace(12, 2, "f1");
     write("a.txt", dumps::bytesOf(text));
-    setenv("COLUMNS", "128", 1);
+    support::setVariable("COLUMNS", "128");
     const auto line = [&](const std::string& colours) {
         const Ran ran =
             dump({"show", file("a.txt"), "--colours", colours, "--preset", "8", "--mode", "4"});

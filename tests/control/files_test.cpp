@@ -62,7 +62,7 @@ TEST_F(Files, SettingsAreLoadedIntoTheController) {
     EXPECT_EQ(lumadotctl({"settings", "load", file("a.dat")}),
               (Ran{0, "", "Loaded the settings in \"" + file("a.dat") + "\".\n"}));
     EXPECT_EQ(wire(), (Lines{"81 C3 E7 FF 20 " + SettingsBytes + " 00*2024"}));
-    EXPECT_EQ(support::takePauses(), std::vector<long>{});
+    EXPECT_EQ(support::takePauses(), std::vector<std::int64_t>{});
 }
 
 TEST_F(Files, SettingsAreStoredASecondAfterTheyWereLoaded) {
@@ -73,7 +73,7 @@ TEST_F(Files, SettingsAreStoredASecondAfterTheyWereLoaded) {
               (Ran{0, "", "Loaded and stored the settings in \"" + file("a.dat") + "\".\n"}));
     EXPECT_EQ(wire(),
               (Lines{"81 C3 E7 FF 20 " + SettingsBytes + " 00*2024", "81 C3 E7 FF 01 00*2047"}));
-    EXPECT_EQ(support::takePauses(), std::vector<long>{1000});
+    EXPECT_EQ(support::takePauses(), std::vector<std::int64_t>{1000});
     EXPECT_EQ(board->permanent()[22], 200);
 }
 

@@ -10,14 +10,14 @@ namespace support {
 
 namespace {
 
-std::vector<long> pauses;
+std::vector<std::int64_t> pauses;
 std::function<void()> inPause;
 std::function<void()> atClock;
 control::Milliseconds paused{0};
 
 }  // namespace
 
-std::vector<long> takePauses() { return std::exchange(pauses, {}); }
+std::vector<std::int64_t> takePauses() { return std::exchange(pauses, {}); }
 
 void onPause(std::function<void()> action) { inPause = std::move(action); }
 
@@ -25,7 +25,18 @@ void onClock(std::function<void()> action) { atClock = std::move(action); }
 
 }  // namespace support
 
-// In front of the functions of control/clock.h: the program is linked with --wrap.
+// In front of the functions of control/clock.h: the program is linked with --wrap. The letter
+// stands for the type with 64 bits.
+#ifdef _WIN32
+#define SECONDS_SINCE \
+    __wrap__ZN7control12secondsSinceENSt6chrono10time_pointINS0_3_V212steady_clockENS0_8durationIxSt5ratioILx1ELx1000000000EEEEEE
+#define PAUSE __wrap__ZN7control5pauseENSt6chrono8durationIxSt5ratioILx1ELx1000EEEE
+#else
+#define SECONDS_SINCE \
+    __wrap__ZN7control12secondsSinceENSt6chrono10time_pointINS0_3_V212steady_clockENS0_8durationIlSt5ratioILl1ELl1000000000EEEEEE
+#define PAUSE __wrap__ZN7control5pauseENSt6chrono8durationIlSt5ratioILl1ELl1000EEEE
+#endif
+
 // Its type has no counterpart in C.
 control::TimePoint now() __asm__("__wrap__ZN7control3nowEv");
 control::TimePoint now() {
@@ -37,14 +48,11 @@ control::TimePoint now() {
 
 extern "C" {
 
-double
-__wrap__ZN7control12secondsSinceENSt6chrono10time_pointINS0_3_V212steady_clockENS0_8durationIlSt5ratioILl1ELl1000000000EEEEEE(
-    control::TimePoint start) {
+double SECONDS_SINCE(control::TimePoint start) {
     return std::chrono::duration<double>(control::now() - start).count();
 }
 
-void __wrap__ZN7control5pauseENSt6chrono8durationIlSt5ratioILl1ELl1000EEEE(
-    std::chrono::milliseconds time) {
+void PAUSE(std::chrono::milliseconds time) {
     support::pauses.push_back(time.count());
     support::paused += time;
     if (support::inPause) {

@@ -76,7 +76,7 @@ TEST_F(Play, SendsTheFramesInModeZeroAndGivesTheModeBack) {
 }
 
 /// The test itself takes time, too; a busy machine may take half a second.
-void expectTimes(const std::vector<long>& wanted) {
+void expectTimes(const std::vector<std::int64_t>& wanted) {
     const auto pauses = support::takePauses();
     ASSERT_EQ(pauses.size(), wanted.size());
     for (std::size_t i = 0; i < wanted.size(); ++i) {
@@ -288,7 +288,7 @@ TEST_F(Show, ShowsAPictureThatStaysAndSaysTheWayBack) {
 
 TEST_F(Show, GivesTheModeBackAfterSoManySeconds) {
     EXPECT_EQ(lumadotctl({"show", file("a.png"), "--seconds", "2.5"}).code, 0);
-    EXPECT_EQ(support::takePauses(), std::vector<long>{2500});
+    EXPECT_EQ(support::takePauses(), std::vector<std::int64_t>{2500});
     EXPECT_EQ(sent(), (Lines{ModeZero, Corners, ModeFive}));
 }
 

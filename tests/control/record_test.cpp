@@ -140,7 +140,7 @@ TEST_F(Recording, OneLostOrRefusedFrameDoesNotEndIt) {
     EXPECT_EQ(ran.code, 0);
     EXPECT_THAT(ran.err, testing::HasSubstr(", 1 refused, 3 lost: "));
     EXPECT_EQ(textFrames(), 2U);
-    EXPECT_EQ(support::takePauses(), std::vector<long>{100});
+    EXPECT_EQ(support::takePauses(), std::vector<std::int64_t>{100});
 }
 
 TEST_F(Recording, TheByteBehindThePlanesMayBeMissing) {

@@ -21,7 +21,7 @@ struct Sent {
     Lines frames;
     std::string message;
     std::string json;  ///< behind the device
-    std::vector<long> pauses = {};
+    std::vector<std::int64_t> pauses = {};
 };
 
 std::ostream& operator<<(std::ostream& stream, const Sent& row) { return stream << row.name; }
@@ -158,7 +158,7 @@ TEST_F(SendingMore, ResetWaitsUntilTheControllerAnswers) {
     EXPECT_EQ(wire(), (Lines{"81 C3 E7 FF 00*2048",
                              "",  // It is restarting, and takes nothing.
                              "81 C3 E7 FF 10 00*2047", "(63 asked for)"}));
-    EXPECT_EQ(support::takePauses(), (std::vector<long>{100, 100}));
+    EXPECT_EQ(support::takePauses(), (std::vector<std::int64_t>{100, 100}));
 }
 
 TEST_F(SendingMore, ResetWaitsForTheControllerThatWasResetAndNoOther) {

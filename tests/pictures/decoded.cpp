@@ -11,6 +11,11 @@
 
 #include "display/painter.h"
 
+#ifdef _WIN32
+#define popen _popen
+#define pclose _pclose
+#endif
+
 namespace decoded {
 
 namespace {

@@ -30,7 +30,7 @@ protected:
     std::set<std::string> files() const {
         std::set<std::string> names;
         for (const auto& entry : std::filesystem::directory_iterator(folder.path())) {
-            names.insert(entry.path().filename());
+            names.insert(entry.path().filename().string());
         }
         return names;
     }

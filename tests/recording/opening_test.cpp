@@ -1,13 +1,13 @@
 // What is a recording, and what is not.
 
 #include <gmock/gmock.h>
-#include <sys/stat.h>
 
 #include <filesystem>
 #include <string>
 
 #include "recording/error.h"
 #include "tests/recording/dumps.h"
+#include "tests/support/odd_files.h"
 #include "tests/support/temporary_folder.h"
 
 namespace {
@@ -116,7 +116,7 @@ TEST_F(Unreadable, Folder) { expect(folder.path(), "it is no file"); }
 
 TEST_F(Unreadable, PipeIsNotWaitedFor) {
     const auto pipe = folder.path() / "pipe";
-    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    support::makePipe(pipe);
     expect(pipe, "it is no file");
 }
 

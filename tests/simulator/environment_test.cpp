@@ -2,12 +2,12 @@
 
 #include <gmock/gmock.h>
 
-#include <cstdlib>
 #include <map>
 #include <string>
 
 #include "simulator/environment.h"
 #include "tests/simulator/bus_fixture.h"
+#include "tests/support/variables.h"
 
 namespace {
 
@@ -20,12 +20,12 @@ protected:
     /// Sets up the bus by these variables, which are gone afterwards; returns what was said.
     std::string configure(const std::map<std::string, std::string>& variables) {
         for (const auto& [name, value] : variables) {
-            setenv(name.c_str(), value.c_str(), 1);
+            support::setVariable(name, value);
         }
         testing::internal::CaptureStderr();
         configureFromEnvironment(bus);
         for (const auto& [name, value] : variables) {
-            unsetenv(name.c_str());
+            support::setVariable(name, "");
         }
         return testing::internal::GetCapturedStderr();
     }

@@ -108,6 +108,38 @@ TEST_F(StoreTest, UploadsOfAnyNameSurviveAndStayInTheFolder) {
     EXPECT_FALSE(fs::exists("/tmp/lumadot-escaped"));
 }
 
+// Windows has devices of these names in every folder, drops dots at the end, and takes "A" for "a".
+TEST_F(StoreTest, NamesOfFilesAreTakenAsTheyAreByEverySystem) {
+    constexpr std::pair<const char*, const char*> names[] = {{"a.bin", "a.bin"},
+                                                             {"A.bin", "%41.bin"},
+                                                             {"a.", "a%2E"},
+                                                             {"a..", "a.%2E"},
+                                                             {".", "%2E"},
+                                                             {"con", "%63on"},
+                                                             {"CON", "%43%4F%4E"},
+                                                             {"nul.txt", "%6Eul.txt"},
+                                                             {"prn", "%70rn"},
+                                                             {"aux.", "%61ux%2E"},
+                                                             {"com0", "%63om0"},
+                                                             {"lpt9.a.b", "%6Cpt9.a.b"},
+                                                             {"com", "com"},
+                                                             {"com10", "com10"},
+                                                             {"comx", "comx"},
+                                                             {"a.con", "a.con"},
+                                                             {"console.txt", "console.txt"}};
+    Controller board = start();
+    for (const auto& [name, file] : names) {
+        upload(board, name, name);
+        EXPECT_EQ(support::readFile(folder / "board/memory/files" / file), textBytes(name)) << name;
+    }
+    const Controller later = start();
+    EXPECT_EQ(later.files().size(), std::size(names));
+    for (const auto& [name, file] : names) {
+        ASSERT_EQ(later.files().count(name), 1U) << name;
+        EXPECT_EQ(later.files().at(name), textBytes(name));
+    }
+}
+
 TEST_F(StoreTest, FilesOfOddSizeLeaveTheDefaults) {
     for (const std::size_t size : {0U, 1U, 22U, 24U, 47U, 49U, 5000U}) {
         write("settings", std::string(size, 'x'));

@@ -10,8 +10,11 @@
 #include <cstring>
 #include <string>
 
+#ifndef _WIN32
 #include "tests/support/gtk.h"
+#endif
 
+#ifndef _WIN32
 namespace {
 
 /// What the file dialog on the screen would hold, in the file system's encoding.
@@ -25,9 +28,22 @@ extern "C" char* gtk_file_chooser_get_filename(void* /*chooser*/) {
     return chosenFile.empty() ? nullptr : strdup(chosenFile.c_str());
 }
 
+#endif
+
 namespace support {
 
 namespace {
+
+#ifdef _WIN32
+
+/// Here the dialogs keep themselves what was chosen.
+void showColour(wxColourDialog& dialog, const wxColour& colour) {
+    dialog.GetColourData().SetColour(colour);
+}
+void chooseFile(wxFileDialog& dialog, const wxString& path) { dialog.SetPath(path); }
+void forgetFile() {}
+
+#else
 
 /// Sets the native dialog's colour, which is read back when the dialog is closed with OK.
 void showColour(wxColourDialog& dialog, const wxColour& colour) {
@@ -39,6 +55,11 @@ void showColour(wxColourDialog& dialog, const wxColour& colour) {
         gtk<void*(void*)>("gtk_color_selection_dialog_get_color_selection")(dialog.GetHandle());
     gtk<void(void*, const Rgba*)>("gtk_color_selection_set_current_rgba")(selection, &rgba);
 }
+
+void chooseFile(wxFileDialog& /*dialog*/, const wxString& path) { chosenFile = path.utf8_string(); }
+void forgetFile() { chosenFile.clear(); }
+
+#endif
 
 /// The folder dialog copies its path from the native dialog when that one is closed.
 struct FolderDialog : wxDirDialog {
@@ -59,7 +80,7 @@ Kind* as(wxDialog& dialog) {
 
 Dialogs::~Dialogs() {
     Unregister();
-    chosenFile.clear();
+    forgetFile();
     EXPECT_EQ(answers_.size(), 0U) << "announced dialogs that never came";
 }
 
@@ -94,7 +115,7 @@ void Dialogs::expectFile(const FileQuestion& question, const std::optional<wxStr
         if (files == nullptr) {
             return wxID_CANCEL;
         }
-        chosenFile.clear();
+        forgetFile();
         EXPECT_EQ(files->GetMessage(), question.title);
         EXPECT_EQ(files->GetWildcard(), question.wildcard);
         constexpr long Flags = wxFD_OPEN | wxFD_SAVE | wxFD_OVERWRITE_PROMPT |
@@ -106,7 +127,7 @@ void Dialogs::expectFile(const FileQuestion& question, const std::optional<wxStr
         if (!path) {
             return wxID_CANCEL;
         }
-        chosenFile = path->utf8_string();
+        chooseFile(*files, *path);
         return wxID_OK;
     });
 }

@@ -1,8 +1,10 @@
 #ifndef LUMADOT_TESTS_SUPPORT_ODD_FILES_H
 #define LUMADOT_TESTS_SUPPORT_ODD_FILES_H
 
+#ifndef _WIN32
 #include <sys/fsuid.h>
 #include <sys/stat.h>
+#endif
 
 #include <cstddef>
 #include <cstdint>
@@ -29,6 +31,19 @@ inline void makeSparseFile(const std::filesystem::path& path, std::uintmax_t siz
     std::filesystem::resize_file(path, size);
 }
 
+#ifdef _WIN32
+
+inline void makePipe(const std::filesystem::path& path) {
+    throw std::runtime_error("Windows has no pipe at " + path.string());
+}
+
+/// Permissions hold for everybody.
+struct WithoutPrivileges {
+    WithoutPrivileges() {}  // So that it is no unused variable.
+};
+
+#else
+
 /// Makes a pipe that nobody writes into: who opens it for reading waits.
 inline void makePipe(const std::filesystem::path& path) {
     if (mkfifo(path.c_str(), 0600) != 0) {
@@ -52,6 +67,8 @@ private:
     static constexpr uid_t Nobody = 65534;
     const int before_ = setfsuid(static_cast<uid_t>(-1));  // Tells, and changes nothing.
 };
+
+#endif
 
 /// A folder that everybody may look into and nobody but root write to.
 inline void closeFolder(const std::filesystem::path& folder) {

@@ -2,10 +2,10 @@
 #define LUMADOT_TESTS_SUPPORT_TEMPORARY_FOLDER_H
 
 #include <cstdint>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <random>
 #include <span>
 #include <stdexcept>
 #include <string>
@@ -21,11 +21,10 @@ class TemporaryFolder {
 public:
     explicit TemporaryFolder(
         const std::filesystem::path& parent = std::filesystem::temp_directory_path()) {
-        std::string name = (parent / "lumadot-XXXXXX").string();
-        if (mkdtemp(name.data()) == nullptr) {
-            throw std::runtime_error("no temporary folder");
-        }
-        path_ = name;
+        std::random_device random;
+        do {
+            path_ = parent / ("lumadot-" + std::to_string(random()));
+        } while (!std::filesystem::create_directory(path_));
     }
     ~TemporaryFolder() {
         std::error_code ignored;

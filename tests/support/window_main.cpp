@@ -9,6 +9,7 @@
 #include "simulator/bus.h"
 #include "tests/support/temporary_folder.h"
 #include "tests/support/toolkit.h"
+#include "tests/support/variables.h"
 
 int main(int argc, char** argv) {
     testing::InitGoogleMock(&argc, argv);
@@ -17,8 +18,8 @@ int main(int argc, char** argv) {
     }
     // The window's geometry is kept in the home folder; every run starts with an empty one.
     const support::TemporaryFolder home;
-    setenv("HOME", home.path().c_str(), 1);
-    setenv("XDG_CONFIG_HOME", (home.path() / "config").c_str(), 1);
+    support::setVariable("HOME", home.path().string());
+    support::setVariable("XDG_CONFIG_HOME", (home.path() / "config").string());
     simulator::Bus::instance().reset();
 
     wxApp::SetInstance(new MainApp);

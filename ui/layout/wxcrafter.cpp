@@ -11,6 +11,7 @@
 #include <string_view>
 
 #include "device/settings_record.h"
+#include "ui/layout/dialog_frame.h"
 #include "ui/layout/wxcrafter_bitmaps.h"
 #include "ui/palette.h"
 
@@ -111,6 +112,7 @@ MainFrameBaseClass::MainFrameBaseClass(wxWindow* parent, wxWindowID id, const wx
     topGrid->Add(paletteColumn, 0, wxALL, FromDIP(Border));
     fillPaletteColumn(paletteColumn);
 
+    behaveAsDialog(*this);
     placeFrame();
     connectHandlers();
 }

@@ -1,13 +1,26 @@
 #include "tests/device/faults/disk.h"
 
+#ifndef _WIN32
 #include <gtest/gtest.h>
 #include <sched.h>
+#include <sys/mount.h>
 
 #include <cerrno>
 #include <cstring>
+#endif
 #include <fstream>
 
 namespace faults {
+
+#ifdef _WIN32
+
+Disk::Disk() : why_("Windows has no disk for one process alone") {}
+
+Disk::~Disk() = default;
+
+void Disk::setReadOnly(bool /*readOnly*/) {}
+
+#else
 
 namespace {
 
@@ -41,6 +54,8 @@ void Disk::setReadOnly(bool readOnly) {
     const unsigned long flags = MS_REMOUNT | (readOnly ? readOnlyFlag : 0);
     EXPECT_EQ(mount("none", path().c_str(), "tmpfs", flags, nullptr), 0) << std::strerror(errno);
 }
+
+#endif
 
 void Disk::fill() {
     const std::string page(4096, 'x');  // The disk gives room away in pages.

@@ -1,8 +1,6 @@
 #ifndef LUMADOT_TESTS_DEVICE_FAULTS_DISK_H
 #define LUMADOT_TESTS_DEVICE_FAULTS_DISK_H
 
-#include <sys/mount.h>
-
 #include <cstddef>
 #include <filesystem>
 #include <string>

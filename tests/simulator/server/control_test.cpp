@@ -73,6 +73,8 @@ INSTANTIATE_TEST_SUITE_P(
         Request{"remote_wake_up", "00 03 01 00 00 00 00 00", Stall},
         Request{"unknown_endpoint_feature", "02 03 01 00 81 00 00 00", Stall},
         Request{"set_descriptor", "00 07 00 01 00 00 00 00", Stall},
+        Request{"windows_signature", "80 06 EE 03 00 00 12 00", Stall},
+        Request{"windows_driver", "C0 20 00 00 04 00 28 00", Stall},
         Request{"class_request", "A1 00 00 00 00 00 02 00", Stall},
         Request{"vendor_request", "C0 00 00 00 00 00 02 00", Stall},
         Request{"other_recipient", "83 00 00 00 00 00 02 00", Stall}),
@@ -92,6 +94,43 @@ TEST_F(ControlTest, LargeBoardHasItsOwnName) {
     EXPECT_EQ(answer("80 06 02 03 09 04 FF 00"),
               "1: 0, 22: 16 03 4C 00 55 00 4D 00 41 00 44 00 4F 00 54 00 20 00 58 00 4C 00");
 }
+
+class WindowsRequest : public ControlTest, public testing::WithParamInterface<Request> {};
+
+TEST_P(WindowsRequest, IsAnsweredByABoardThatDescribesItselfToWindows) {
+    simulator::ControllerOptions options = device.options();
+    options.windowsDescriptors = true;
+    device.replace(options);
+    session->update();
+    attach();
+    EXPECT_EQ(answer(GetParam().setup), "1: " + GetParam().reply);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Of, WindowsRequest,
+    testing::Values(
+        Request{"signature", "80 06 EE 03 00 00 12 00",
+                "0, 18: 12 03 4D 00 53 00 46 00 54 00 31 00 30 00 30 00 20 00"},
+        Request{"length_of_driver", "C0 20 00 00 04 00 10 00",
+                "0, 16: 28 00 00 00 00 01 04 00 01 00 00 00 00 00 00 00"},
+        Request{"driver", "C0 20 00 00 04 00 28 00",
+                "0, 40: 28 00 00 00 00 01 04 00 01 00*8 01 57 49 4E 55 53 42 00*16"},
+        Request{"properties", "C1 20 00 00 05 00 FF 00",
+                "0, 146: 92 00 00 00 00 01 05 00 01 00 88 00 00 00 07 00 00 00 2A 00 "
+                "44 00 65 00 76 00 69 00 63 00 65 00 49 00 6E 00 74 00 65 00 72 00 66 00 "
+                "61 00 63 00 65 00 47 00 55 00 49 00 44 00 73 00 00 00 50 00 00 00 "
+                "7B 00 38 00 35 00 38 00 36 00 63 00 38 00 35 00 31 00 2D 00 30 00 64 00 35 00 "
+                "62 00 2D 00 34 00 38 00 61 00 35 00 2D 00 38 00 64 00 64 00 34 00 2D 00 "
+                "66 00 66 00 63 00 39 00 36 00 36 00 31 00 65 00 65 00 33 00 37 00 31 00 7D 00 "
+                "00 00 00 00"},
+        Request{"product", "80 06 02 03 09 04 FF 00",
+                "0, 16: 10 03 4C 00 55 00 4D 00 41 00 44 00 4F 00 54 00"},
+        Request{"another_code", "C0 21 00 00 04 00 28 00", Stall},
+        Request{"another_interface", "C0 20 01 00 04 00 28 00", Stall},
+        Request{"another_index", "C0 20 00 00 06 00 28 00", Stall},
+        Request{"driver_to_the_board", "40 20 00 00 04 00 00 00", Stall},
+        Request{"endpoint", "C2 20 00 00 04 00 28 00", Stall}),
+    [](const auto& test) { return test.param.what; });
 
 TEST_F(ControlTest, HaltLastsUntilItIsCleared) {
     EXPECT_EQ(answer("02 03 00 00 81 00 00 00"), "1: 0, 0");

@@ -1,9 +1,9 @@
 // The libusb stand-in as a client of a running simulator.
 
-#include <arpa/inet.h>
+// First: on Windows libusb's header brings older sockets.
+#include "tests/simulator/server/sockets.h"
+
 #include <gmock/gmock.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
 
 #include <chrono>
 
@@ -185,7 +185,7 @@ TEST_F(JoinedBus, SimulatorThatWasNeverThereIsAnEmptyBus) {
 }
 
 TEST_F(JoinedBus, FrozenSimulatorDoesNotFreezeTheCaller) {
-    const int listener = socket(AF_INET, SOCK_STREAM, 0);
+    const sockets::Socket listener = socket(AF_INET, SOCK_STREAM, 0);
     sockaddr_in address = {};
     address.sin_family = AF_INET;
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
@@ -197,7 +197,7 @@ TEST_F(JoinedBus, FrozenSimulatorDoesNotFreezeTheCaller) {
     const auto start = std::chrono::steady_clock::now();
     EXPECT_TRUE(devices().empty());
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2));
-    close(listener);
+    sockets::close(listener);
 }
 
 TEST_F(JoinedBus, LogAndFaultsOfTheStandInGoOnWorking) {

@@ -25,16 +25,33 @@ TEST(Options, AreTheUsualOnesUnlessToldOtherwise) {
     EXPECT_EQ(options->controller.frameInterval, 16U);
     EXPECT_EQ(options->controller.store, "");
     EXPECT_EQ(options->log, "");
+    EXPECT_FALSE(options->controller.windowsDescriptors);
     EXPECT_TRUE(options->faults.empty());
 }
 
 TEST(Options, AreTakenAsGiven) {
     int exitCode = -1;
-    const auto options = parse({"--headless",  "--listen", "::1",         "--port",
-                                "0",           "--board",  "xl",          "--layout",
-                                "older",       "--uid",    "S1",          "--state",
-                                "/tmp/state",  "--log",    "/tmp/log",    "--frame-interval",
-                                "0",           "--fault",  "out:2:stall", "--fault",
+    const auto options = parse({"--headless",
+                                "--windows-descriptors",
+                                "--listen",
+                                "::1",
+                                "--port",
+                                "0",
+                                "--board",
+                                "xl",
+                                "--layout",
+                                "older",
+                                "--uid",
+                                "S1",
+                                "--state",
+                                "/tmp/state",
+                                "--log",
+                                "/tmp/log",
+                                "--frame-interval",
+                                "0",
+                                "--fault",
+                                "out:2:stall",
+                                "--fault",
                                 "in:0:short=3"},
                                exitCode);
     ASSERT_TRUE(options);
@@ -43,6 +60,7 @@ TEST(Options, AreTakenAsGiven) {
     EXPECT_EQ(options->server.port, 0);
     EXPECT_EQ(options->controller.board, simulator::Board::Xl);
     EXPECT_EQ(options->controller.layout, simulator::SettingsLayout::Older);
+    EXPECT_TRUE(options->controller.windowsDescriptors);
     EXPECT_EQ(options->controller.uniqueId, "S1");
     EXPECT_EQ(options->controller.store, "/tmp/state");
     EXPECT_EQ(options->controller.frameInterval, 0U);

@@ -17,7 +17,7 @@ ends 0 --version
 check "the version" [ "$TEXT" = "lumadot-simulator $version" ]
 ends 0 --help
 options=$(grep -o -- '--[a-z-]*' <<<"$TEXT" | sort -u)
-for option in headless listen port board layout uid state log fault; do
+for option in headless listen port board layout windows-descriptors uid state log fault; do
   check "--$option is in the help" grep -qx -- "--$option" <<<"$options"
 done
 check "the man page has the same options" diff <(echo "$options") \

@@ -1,13 +1,9 @@
 #ifndef LUMADOT_TESTS_SIMULATOR_SERVER_TCP_CLIENT_H
 #define LUMADOT_TESTS_SIMULATOR_SERVER_TCP_CLIENT_H
 
-#include <arpa/inet.h>
 #include <gtest/gtest.h>
-#include <netinet/in.h>
-#include <poll.h>
-#include <sys/socket.h>
-#include <sys/time.h>
-#include <unistd.h>
+
+#include "tests/simulator/server/sockets.h"
 
 #include <cstdint>
 #include <string>
@@ -23,23 +19,22 @@ inline const std::string ImportBytes = "01 11 80 03 00 00 00 00 31 2D 31 00*29";
 class TcpClient {
 public:
     explicit TcpClient(std::uint16_t port) : socket_(socket(AF_INET, SOCK_STREAM, 0)) {
-        const timeval limit = {.tv_sec = 20, .tv_usec = 0};
-        setsockopt(socket_, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
+        sockets::limitWaiting(socket_, 20);
         sockaddr_in address = {};
         address.sin_family = AF_INET;
         address.sin_port = htons(port);
         address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
         EXPECT_EQ(connect(socket_, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
     }
-    TcpClient(TcpClient&& other) noexcept : socket_(std::exchange(other.socket_, -1)) {}
+    TcpClient(TcpClient&& other) noexcept : socket_(std::exchange(other.socket_, sockets::None)) {}
     TcpClient& operator=(TcpClient&&) = delete;
     ~TcpClient() { cut(); }
 
     void send(const std::vector<std::uint8_t>& bytes) const {
         std::size_t sent = 0;
         while (sent < bytes.size()) {
-            const ssize_t part =
-                ::send(socket_, bytes.data() + sent, bytes.size() - sent, MSG_NOSIGNAL);
+            const auto part =
+                sockets::send(socket_, bytes.data() + sent, bytes.size() - sent, true);
             ASSERT_GT(part, 0);
             sent += static_cast<std::size_t>(part);
         }
@@ -48,16 +43,14 @@ public:
 
     /// As many bytes as the socket takes without waiting for the server to read.
     std::size_t sendWhatFits(const std::vector<std::uint8_t>& bytes, std::size_t from) const {
-        const ssize_t sent =
-            ::send(socket_, bytes.data() + from, bytes.size() - from, MSG_DONTWAIT | MSG_NOSIGNAL);
+        const auto sent = sockets::send(socket_, bytes.data() + from, bytes.size() - from, false);
         return sent > 0 ? static_cast<std::size_t>(sent) : 0;
     }
 
     /// The same, until the server has not read anything for a second.
     std::size_t sendUntilStuck(const std::vector<std::uint8_t>& bytes) const {
         std::size_t sent = 0;
-        pollfd writable = {.fd = socket_, .events = POLLOUT, .revents = 0};
-        while (sent < bytes.size() && poll(&writable, 1, 1000) == 1) {
+        while (sent < bytes.size() && sockets::takesBytes(socket_, 1000)) {
             sent += sendWhatFits(bytes, sent);
         }
         return sent;
@@ -68,7 +61,7 @@ public:
         std::vector<std::uint8_t> bytes(count);
         std::size_t got = 0;
         while (got < count) {
-            const ssize_t part = recv(socket_, bytes.data() + got, count - got, 0);
+            const auto part = sockets::receive(socket_, bytes.data() + got, count - got);
             if (part <= 0) {
                 break;
             }
@@ -80,14 +73,14 @@ public:
 
     /// True: the server has closed the connection, having sent nothing more.
     bool isClosed() const {
-        char byte = 0;
-        const ssize_t result = recv(socket_, &byte, 1, 0);
-        return result == 0 || (result < 0 && errno == ECONNRESET);
+        char more = 0;
+        const auto result = sockets::receive(socket_, &more, 1);
+        return result == 0 || (result < 0 && sockets::wasCutOff());
     }
 
     void cut() {
-        if (socket_ >= 0) {
-            close(std::exchange(socket_, -1));
+        if (socket_ != sockets::None) {
+            sockets::close(std::exchange(socket_, sockets::None));
         }
     }
 
@@ -105,7 +98,7 @@ public:
     }
 
 private:
-    int socket_;
+    sockets::Socket socket_;
 };
 
 #endif

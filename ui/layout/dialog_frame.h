@@ -1,0 +1,11 @@
+#ifndef LUMADOT_UI_LAYOUT_DIALOG_FRAME_H
+#define LUMADOT_UI_LAYOUT_DIALOG_FRAME_H
+
+#include <wx/frame.h>
+
+/// Lets a frame whose controls have all been made look and answer keys as a dialog does. Windows
+/// expects one child that fills a frame: it paints the frame dark, and Tab and the arrows do
+/// nothing. On other systems nothing is to be done.
+void behaveAsDialog(wxFrame& frame);
+
+#endif
