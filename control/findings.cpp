@@ -87,6 +87,13 @@ Finding ruleNotInForce() {
             "reach over ssh, where sudo helps."};
 }
 
+Finding noDriver() {
+    return {"no-driver", ExitCode::NoPermission,
+            "The controller is there, but Windows has not bound it to the driver WinUSB.",
+            "In the Device Manager, choose \"WinUsb Device\" as its driver; the README.txt beside "
+            "this program says how, step by step."};
+}
+
 Finding busy(const std::optional<Holder>& holder) {
     const std::string who = holder && !holder->program.empty()
                                 ? holder->program + " (process " + std::to_string(holder->pid) + ")"
@@ -110,6 +117,18 @@ Finding nameUnreadable(int usbError) {
 Finding noAnswer(const std::string& why) {
     return {"no-answer", ExitCode::NoAnswer, "The controller does not answer (" + why + ").",
             Replug};
+}
+
+std::optional<Finding> ofOpeningOnWindows(int usbError) {
+    switch (usbError) {
+        case LIBUSB_ERROR_NOT_SUPPORTED:
+        case LIBUSB_ERROR_NOT_FOUND:
+            return noDriver();
+        case LIBUSB_ERROR_ACCESS:
+            return busy({});
+        default:
+            return std::nullopt;
+    }
 }
 
 }  // namespace findings

@@ -31,6 +31,8 @@ Finding nothingOnTheBus();
 Finding noRule();
 /// It may not be opened, although a rule is there.
 Finding ruleNotInForce();
+/// Windows has bound it to no driver that lets programs in.
+Finding noDriver();
 /// Without a holder, nobody knows who it is.
 Finding busy(const std::optional<Holder>& holder);
 Finding driverBound();
@@ -38,6 +40,9 @@ Finding driverBound();
 Finding nameUnreadable(int usbError);
 /// `why` goes into parentheses.
 Finding noAnswer(const std::string& why);
+/// What it means on Windows that a controller which is there cannot be opened. WinUSB lets one
+/// program in at a time. Nothing: the error says no more than itself.
+std::optional<Finding> ofOpeningOnWindows(int usbError);
 
 }  // namespace findings
 

@@ -78,6 +78,12 @@ std::size_t plausible(int moved, std::size_t length) {
     return std::min(static_cast<std::size_t>(std::max(moved, 0)), length);
 }
 
+#ifdef _WIN32
+constexpr bool OnWindows = true;
+#else
+constexpr bool OnWindows = false;
+#endif
+
 }  // namespace
 
 bool isPlace(const std::string& choice) {
@@ -89,6 +95,9 @@ bool isPlace(const std::string& choice) {
 }
 
 std::optional<Finding> permissionFinding(int usbError) {
+    if constexpr (OnWindows) {
+        return findings::ofOpeningOnWindows(usbError);
+    }
     if (usbError != LIBUSB_ERROR_ACCESS) {
         return std::nullopt;
     }

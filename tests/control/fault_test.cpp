@@ -88,6 +88,16 @@ Outcome outcomeOfOpening(const Subject& subject, const Error& error) {
     if (subject.transfers == Transfers::Listed) {
         return {};
     }
+#ifdef _WIN32
+    if (error.number == LIBUSB_ERROR_ACCESS) {
+        const bool isFinding = subject.transfers == Transfers::Found;
+        return {5, isFinding ? "" : "Another program is using the controller.\n"};
+    }
+    if (error.number == LIBUSB_ERROR_NOT_SUPPORTED || error.number == LIBUSB_ERROR_NOT_FOUND) {
+        const bool isFinding = subject.transfers == Transfers::Found;
+        return {4, isFinding ? "" : "The controller is there, but "};
+    }
+#endif
     if (error.number == LIBUSB_ERROR_ACCESS) {
         const bool isFinding = subject.transfers == Transfers::Found;
         return {4, isFinding ? "" : "You may not open the controller, "};

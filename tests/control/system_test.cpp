@@ -1,10 +1,12 @@
 // What lumadotctl finds out from the system: who holds a device, and whether the rule is installed.
 
 #include <gtest/gtest.h>
+#include <libusb.h>
 
 #include <filesystem>
 #include <fstream>
 
+#include "control/findings.h"
 #include "control/holder.h"
 #include "control/link.h"
 #include "control/udev_rule.h"
@@ -47,6 +49,21 @@ TEST_F(HolderOf, IsNobodyWhereTheSystemDoesNotTell) {
     EXPECT_FALSE(control::holderOf(1, 17, folder.path() / "missing").has_value());
     fs::create_directories(folder.path() / "99");
     EXPECT_FALSE(control::holderOf(1, 17, folder.path()).has_value());
+}
+
+TEST(OpeningOnWindows, TellsAMissingDriverFromAnotherProgram) {
+    for (const int error : {LIBUSB_ERROR_NOT_SUPPORTED, LIBUSB_ERROR_NOT_FOUND}) {
+        const auto finding = control::findings::ofOpeningOnWindows(error);
+        ASSERT_TRUE(finding.has_value());
+        EXPECT_EQ(finding->name, "no-driver");
+        EXPECT_EQ(static_cast<int>(finding->code), 4);
+        EXPECT_EQ(finding->message,
+                  "The controller is there, but Windows has not bound it to the driver WinUSB.");
+    }
+    const auto held = control::findings::ofOpeningOnWindows(LIBUSB_ERROR_ACCESS);
+    ASSERT_TRUE(held.has_value());
+    EXPECT_EQ(held->name, "busy");
+    EXPECT_FALSE(control::findings::ofOpeningOnWindows(LIBUSB_ERROR_IO).has_value());
 }
 
 struct Rule {
