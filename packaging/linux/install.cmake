@@ -60,7 +60,7 @@ install(FILES ${changelog}.gz DESTINATION ${CMAKE_INSTALL_DOCDIR})
 add_custom_target(lumadot_packed_pages ALL DEPENDS ${compressed} ${changelog}.gz)
 
 install(FILES ${LUMADOT_LINUX_FILES}/copyright DESTINATION ${CMAKE_INSTALL_DOCDIR})
-foreach(page user-guide recordings troubleshooting lumadotctl simulator file-formats protocol)
+foreach(page user-guide recordings troubleshooting lumadotctl simulator windows file-formats protocol)
   if(EXISTS ${PROJECT_SOURCE_DIR}/docs/${page}.md)
     install(FILES ${PROJECT_SOURCE_DIR}/docs/${page}.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
   endif()

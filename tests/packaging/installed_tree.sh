@@ -57,7 +57,7 @@ share/icons/hicolor/scalable/apps/lumadot-tool.svg
 share/metainfo/io.github.lumadot.lumadot_tool.metainfo.xml
 share/mime/packages/lumadot-tool.xml'
   local page
-  for page in user-guide recordings troubleshooting lumadotctl simulator file-formats protocol; do
+  for page in user-guide recordings troubleshooting lumadotctl simulator windows file-formats protocol; do
     if [[ -e docs/$page.md ]]; then
       echo "share/doc/lumadot-tool/$page.md"
     fi

@@ -1,0 +1,96 @@
+#!/usr/bin/env bash
+# lumadotctl under Wine, on the simulated bus: tests/windows/run_command_line.sh FOLDER
+# FOLDER holds what the zip holds. What `check` tells, and files with every kind of name, on every kind of
+# drive. Needs a display and a running Wine; only root can try drives that are full or read-only.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/../.."
+# shellcheck source=scripts/lib/wine.sh
+source scripts/lib/wine.sh
+
+work=$(mktemp -d)
+drive=$work/drive
+trap 'umount "$drive" 2>/dev/null || true; rm -rf "$work"' EXIT
+# A program takes the library in its own folder.
+cp "$1/lumadotctl.exe" "$1/simulated_bus/libusb-1.0.dll" "$work"
+checks=0
+
+# ends CODE TEXT ARGUMENT...: what lumadotctl says has the text in it.
+ends() {
+  local result=0
+  LUMADOT_SIM_BOARD=${board:-standard} windows "$work/lumadotctl.exe" "${@:3}" >"$work/said" 2>&1 </dev/null || result=$?
+  if [[ $result != "$1" ]] || ! grep -qF "$2" "$work/said"; then
+    echo "failed: lumadotctl ${*:3}: exit code $result, not $1, or not \"$2\" in:"
+    cat "$work/said"
+    exit 1
+  fi
+  checks=$((checks + 1))
+}
+
+is_file() {
+  [[ $(stat -c %s "$1" 2>/dev/null) == "$2" ]] || {
+    echo "failed: $1 has no $2 bytes"
+    exit 1
+  }
+  checks=$((checks + 1))
+}
+
+# As Windows names a file of this system.
+windows_name() { echo "Z:${1//\//\\}"; }
+
+what_check_tells() {
+  ends 0 "The controller answers." check
+  board=none ends 3 "There is no controller (0314:e457) on the USB bus." check
+  LUMADOT_SIM_FAULT=libusb_open:1:-12 ends 4 "has not bound it to the driver WinUSB" check
+  LUMADOT_SIM_FAULT=libusb_open:1:-3 ends 5 "Another program is using the controller." check
+  LUMADOT_SIM_FAULT=libusb_claim_interface:1:-6 ends 5 "Another program is using the controller." check
+}
+
+names() {
+  local long name
+  for name in Größe 日本語 "🎯 emoji" кириллица; do
+    ends 0 "$name.dat" settings save "$(windows_name "$work/$name.dat")"
+    is_file "$work/$name.dat" 23
+    ends 0 "" settings diff "$(windows_name "$work/$name.dat")"
+    ends 0 "" upload "$(windows_name "$work/$name.dat")"
+  done
+  long=$work/$(printf 'folder-%.0s' {1..25})/$(printf 'ordner-%.0s' {1..25})
+  mkdir -p "$long"
+  ends 0 "" settings save "$(windows_name "$long/a.dat")"
+  is_file "$long/a.dat" 23
+  ends 0 "" settings load "$(windows_name "$long/a.dat")"
+  ends 0 "" palette --preset vga --write "$(windows_name "$long/a.pal")"
+  is_file "$long/a.pal" 56
+  ends 0 "" record --frames 3 "$(windows_name "$long")"
+  ends 0 "" dump info "$(windows_name "$(compgen -G "$long/*_dump.txt")")"
+  ends 0 "" dump export "$(windows_name "$(compgen -G "$long/*_dump.txt")")" --out "$(windows_name "$long/a.gif")"
+  # Starts as a share's name does.
+  ends 0 "" settings save "\\\\?\\$(windows_name "$work/special.dat")"
+  is_file "$work/special.dat" 23
+}
+
+sizes() {
+  truncate -s 3G "$work/huge"
+  ends 7 "3221225472 bytes" upload "$(windows_name "$work/huge")"
+  ends 7 "is no settings file" settings load "$(windows_name "$work/huge")"
+}
+
+drives() {
+  mkdir "$drive"
+  if ! mount -t tmpfs -o size=64k none "$drive" 2>/dev/null; then
+    echo "skipped: full and read-only drives: mounting takes root"
+    return
+  fi
+  printf old >"$drive/a.dat"
+  head -c 1M /dev/zero >"$drive/filler" 2>/dev/null || true
+  ends 7 "a.dat" settings save "$(windows_name "$drive/a.dat")"
+  is_file "$drive/a.dat" 3
+  mount -o remount,ro "$drive"
+  ends 7 "a.dat" settings save "$(windows_name "$drive/a.dat")"
+  is_file "$drive/a.dat" 3
+}
+
+what_check_tells
+names
+sizes
+drives
+echo "command line: $checks checks passed"
