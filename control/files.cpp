@@ -52,7 +52,8 @@ file::Stream openToRead(const std::string& path, std::size_t most, std::size_t& 
 
 /// Writes and closes. False: not all of it is there.
 bool write(file::Stream stream, std::span<const std::uint8_t> bytes) {
-    const bool written = std::fwrite(bytes.data(), 1, bytes.size(), stream.get()) == bytes.size();
+    const bool written = std::fwrite(bytes.data(), 1, bytes.size(), stream.get()) == bytes.size() &&
+                         std::fflush(stream.get()) == 0;  // Not all systems tell when it is closed.
     return std::fclose(stream.release()) == 0 && written;
 }
 
