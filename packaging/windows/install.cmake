@@ -57,6 +57,8 @@ set(CPACK_NSIS_EXTRA_UNINSTALL_COMMANDS "
   DeleteRegKey HKCU 'Software\\\\lumadot-viewer'
   DeleteRegKey HKCU 'Software\\\\lumadot-simulator'
   SetShellVarContext all")
+# Behind the removal of what was in it.
+set(CPACK_NSIS_DELETE_ICONS_EXTRA "DeleteRegKey /ifempty SHCTX 'Software\\\\${CPACK_PACKAGE_VENDOR}'")
 set(CPACK_NSIS_MENU_LINKS ${LUMADOT_START_MENU})
 
 include(CPack)
