@@ -18,7 +18,11 @@ public:
 
 private:
     using Handler = void (*)(int);
+#ifdef SIGHUP
     static constexpr std::array Signals = {SIGINT, SIGTERM, SIGHUP};
+#else
+    static constexpr std::array Signals = {SIGINT, SIGTERM};  // Windows ends the program otherwise.
+#endif
 
     std::array<Handler, Signals.size()> before_{};
 };
