@@ -45,8 +45,8 @@ void joinConsole() {
     const HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);
     const bool hasOutput = output != nullptr && output != INVALID_HANDLE_VALUE;
     if (!hasOutput && AttachConsole(ATTACH_PARENT_PROCESS) != 0) {
-        std::freopen("CONOUT$", "w", stdout);
-        std::freopen("CONOUT$", "w", stderr);
+        static_cast<void>(std::freopen("CONOUT$", "w", stdout));
+        static_cast<void>(std::freopen("CONOUT$", "w", stderr));
     }
     SetConsoleOutputCP(CP_UTF8);
 }
