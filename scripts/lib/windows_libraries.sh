@@ -2,6 +2,7 @@
 # The libraries that the programs for Windows need, built from Debian's source packages and kept between
 # runs. To be sourced, in the project's folder.
 
+# shellcheck disable=SC2034  # The script that sources this file reads it.
 WINDOWS_LIBRARY_PACKAGES=("${WINDOWS_COMPILER_PACKAGES[@]}" gcc-mingw-w64-x86-64-posix libz-mingw-w64-dev
   googletest libasio-dev libcli11-dev nlohmann-json3-dev cmake ninja-build make pkg-config dpkg-dev)
 

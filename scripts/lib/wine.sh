@@ -1,6 +1,7 @@
 # shellcheck shell=bash
 # Windows programs on this machine. To be sourced, in the project's folder.
 
+# shellcheck disable=SC2034  # The script that sources this file reads it.
 WINE_PACKAGES=(wine wine64)
 
 # A Windows of the project's own: nothing of the user's is in it, and nothing is left in the user's.
