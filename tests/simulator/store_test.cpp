@@ -110,7 +110,7 @@ TEST_F(StoreTest, UploadsOfAnyNameSurviveAndStayInTheFolder) {
 
 // Windows has devices of these names in every folder, drops dots at the end, and takes "A" for "a".
 TEST_F(StoreTest, NamesOfFilesAreTakenAsTheyAreByEverySystem) {
-    constexpr std::pair<const char*, const char*> names[] = {{"a.bin", "a.bin"},
+    constexpr std::pair<const char*, const char*> Names[] = {{"a.bin", "a.bin"},
                                                              {"A.bin", "%41.bin"},
                                                              {"a.", "a%2E"},
                                                              {"a..", "a.%2E"},
@@ -128,13 +128,13 @@ TEST_F(StoreTest, NamesOfFilesAreTakenAsTheyAreByEverySystem) {
                                                              {"a.con", "a.con"},
                                                              {"console.txt", "console.txt"}};
     Controller board = start();
-    for (const auto& [name, file] : names) {
+    for (const auto& [name, file] : Names) {
         upload(board, name, name);
         EXPECT_EQ(support::readFile(folder / "board/memory/files" / file), textBytes(name)) << name;
     }
     const Controller later = start();
-    EXPECT_EQ(later.files().size(), std::size(names));
-    for (const auto& [name, file] : names) {
+    EXPECT_EQ(later.files().size(), std::size(Names));
+    for (const auto& [name, file] : Names) {
         ASSERT_EQ(later.files().count(name), 1U) << name;
         EXPECT_EQ(later.files().at(name), textBytes(name));
     }
