@@ -16,7 +16,7 @@ namespace {
 using support::runUntil;
 using testing::HasSubstr;
 using testing::StartsWith;
-using dumps::joining::operator+;
+using namespace dumps::joining;
 
 class Keys : public ShownWindow {
 protected:
