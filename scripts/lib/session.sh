@@ -43,6 +43,12 @@ start_simulator() {
   fi
 }
 
+# window_of PROCESS: leaves its window in WINDOW, if it has one yet.
+window_of() {
+  WINDOW=$(xdotool search --onlyvisible --pid "$1" 2>/dev/null | tail -n 1)
+  [[ -n $WINDOW ]]
+}
+
 # Brings the simulator's window to the front; it is WINDOW then.
 show_simulator() {
   wait_until "the simulator's window is there" simulator_is_there

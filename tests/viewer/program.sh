@@ -23,12 +23,8 @@ check() {
 start() {
   "$program" "$@" 2>"$work/errors" &
   VIEWER=$!
-  wait_until "the window is there" viewer_is_there
+  wait_until "the window is there" window_of "$VIEWER"
   activate "$WINDOW"
-}
-viewer_is_there() {
-  WINDOW=$(xdotool search --onlyvisible --pid "$VIEWER" 2>/dev/null | tail -n 1)
-  [[ -n $WINDOW ]]
 }
 title_is() { [[ $(xdotool getwindowname "$WINDOW" 2>/dev/null) == "$1" ]]; }
 has_ended() { ! kill -0 "$VIEWER" 2>/dev/null; }

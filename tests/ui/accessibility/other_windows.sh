@@ -48,12 +48,8 @@ has_focus() {
 start() {
   "$program" "$@" &
   PROCESS=$!
-  wait_until "the window is there" window_of_program
+  wait_until "the window is there" window_of "$PROCESS"
   activate "$WINDOW"
-}
-window_of_program() {
-  WINDOW=$(xdotool search --onlyvisible --pid "$PROCESS" 2>/dev/null | tail -n 1)
-  [[ -n $WINDOW ]]
 }
 
 # A frame of 128 x 32 dots: frame TIME DIGIT
