@@ -157,7 +157,7 @@ look_at_viewer() {
     --mode 1 --seconds 1 "$work"
   "$build/lumadot-viewer" "$work"/*_lumadot_dump.txt &
   TOOL=$!
-  wait_until "the viewer's window is there" viewer_is_there
+  wait_until "the viewer's window is there" window_of "$TOOL"
   activate "$WINDOW"
   wait_until "the recording is read" tool_rests
   press Page_Up Right Right i
@@ -169,11 +169,6 @@ look_at_viewer() {
   press Escape
   wait_until "the dialog is gone" dialog_is_gone "Export"
   close_tool
-}
-
-viewer_is_there() {
-  WINDOW=$(xdotool search --onlyvisible --name ' - LUMADOT Viewer$' 2>/dev/null | tail -n 1)
-  [[ -n $WINDOW ]]
 }
 
 look_at_simulator() {

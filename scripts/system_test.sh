@@ -38,7 +38,7 @@ trap 'rm -rf "$payload"' EXIT
 cp build/release/lumadot-tool build/release/lumadot-simulator packaging/linux/65-lumadot.rules \
   tests/system/guest_test.sh tests/system/guest_session.sh "$payload"
 strip "$payload/lumadot-tool" "$payload/lumadot-simulator"
-cp --parents scripts/on_display.sh scripts/lib/display.sh scripts/lib/session.sh "$payload"
+cp --parents scripts/on_display.sh scripts/lib/display.sh scripts/lib/session.sh scripts/lib/wait.sh "$payload"
 chmod -R a+rX "$payload"
 rm -f "$folder/payload.ext4"
 mke2fs -q -t ext4 -d "$payload" "$folder/payload.ext4" 64M

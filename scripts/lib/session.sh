@@ -1,6 +1,8 @@
 # shellcheck shell=bash
 # A user's session with the tool on the simulated bus: real keys, and waiting for what they cause.
 # To be sourced. The caller sets LOG (the bus log) and is on a display with a window manager.
+# shellcheck source=scripts/lib/wait.sh
+source "$(dirname "${BASH_SOURCE[0]}")/wait.sh"
 
 # start_tool PROGRAM BUS_FOLDER [ARGUMENT...]
 # Starts the program with the simulated bus in place of libusb and waits for its window. When SIMULATOR
@@ -79,20 +81,6 @@ is_active() {
 window_is_there() {
   WINDOW=$(xdotool search --onlyvisible --name '^LUMADOT Spectra$' 2>/dev/null | head -n 1)
   [[ -n $WINDOW ]]
-}
-
-# wait_until WHAT CONDITION...
-# Polls until the condition holds; fails after 30 seconds, or PATIENCE, as on a slow machine.
-wait_until() {
-  local what=$1 deadline=$((SECONDS + ${PATIENCE:-30}))
-  shift
-  until "$@"; do
-    if ((SECONDS >= deadline)); then
-      echo "error: waited ${PATIENCE:-30} s until $what" >&2
-      return 1
-    fi
-    sleep 0.02
-  done
 }
 
 press() { xdotool key --clearmodifiers "$@"; }

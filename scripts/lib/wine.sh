@@ -13,8 +13,8 @@ export LC_ALL=C.UTF-8
 start_wine() {
   rm -rf "$WINEPREFIX"
   mkdir -p "$WINEPREFIX"
-  windows wineboot --init
-  wineserver --persistent
+  wineserver --persistent # Before anything starts one that is not.
+  windows wineboot --init >"$WINEPREFIX.log" 2>&1 || { cat "$WINEPREFIX.log" && return 1; }
 }
 
 stop_wine() { wineserver --kill || true; }
@@ -29,3 +29,6 @@ set_scale() {
   wineserver --wait
   wineserver --persistent
 }
+
+# As Windows names a file of this system.
+windows_name() { echo "Z:${1//\//\\}"; }

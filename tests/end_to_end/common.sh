@@ -14,16 +14,6 @@ mkdir -p "$HOME" "$LUMADOT_SIM_STORE"
 # shellcheck source=scripts/lib/session.sh
 source "$(dirname "${BASH_SOURCE[0]}")/../../scripts/lib/session.sh"
 
-# check WHAT CONDITION...
-check() {
-  local what=$1
-  shift
-  "$@" || {
-    echo "failed: $what"
-    exit 1
-  }
-}
-
 # Windows of the tool on the display, the hidden ones left out.
 windows() { xdotool search --onlyvisible --pid "$TOOL" --name . | wc -l; }
 

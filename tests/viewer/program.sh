@@ -9,16 +9,6 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 export HOME=$work XDG_CONFIG_HOME=$work/config
 
-# check WHAT COMMAND...
-check() {
-  local what=$1
-  shift
-  if ! "$@"; then
-    echo "failed: $what" >&2
-    exit 1
-  fi
-}
-
 # start ARGUMENT...: leaves VIEWER and WINDOW.
 start() {
   "$program" "$@" 2>"$work/errors" &

@@ -6,13 +6,14 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 # shellcheck source=scripts/lib/wine.sh
 source scripts/lib/wine.sh
+# shellcheck source=scripts/lib/wait.sh
+source scripts/lib/wait.sh
 
 work=$(mktemp -d)
 drive=$work/drive
 trap 'umount "$drive" 2>/dev/null || true; rm -rf "$work"' EXIT
 # A program takes the library in its own folder.
 cp "$1/lumadotctl.exe" "$1/simulated_bus/libusb-1.0.dll" "$work"
-checks=0
 
 # ends CODE TEXT ARGUMENT...: what lumadotctl says has the text in it.
 ends() {
@@ -23,19 +24,10 @@ ends() {
     cat "$work/said"
     exit 1
   fi
-  checks=$((checks + 1))
+  CHECKS=$((CHECKS + 1))
 }
 
-is_file() {
-  [[ $(stat -c %s "$1" 2>/dev/null) == "$2" ]] || {
-    echo "failed: $1 has no $2 bytes"
-    exit 1
-  }
-  checks=$((checks + 1))
-}
-
-# As Windows names a file of this system.
-windows_name() { echo "Z:${1//\//\\}"; }
+is_file() { check "$1 has $2 bytes" [ "$(stat -c %s "$1" 2>/dev/null)" = "$2" ]; }
 
 what_check_tells() {
   ends 0 "The controller answers." check
@@ -63,9 +55,26 @@ names() {
   ends 0 "" record --frames 3 "$(windows_name "$long")"
   ends 0 "" dump info "$(windows_name "$(compgen -G "$long/*_dump.txt")")"
   ends 0 "" dump export "$(windows_name "$(compgen -G "$long/*_dump.txt")")" --out "$(windows_name "$long/a.gif")"
-  # Starts as a share's name does.
+  # As the system itself names it.
   ends 0 "" settings save "\\\\?\\$(windows_name "$work/special.dat")"
   is_file "$work/special.dat" 23
+}
+
+# On a share, which is a folder of this system under a name of Wine's.
+shares() {
+  local share=$WINEPREFIX/dosdevices/unc/server/share deep
+  deep=$(printf 'folder-%.0s' {1..35})
+  mkdir -p "$share/$deep"
+  ends 0 "größe.dat" settings save '\\server\share\größe.dat'
+  is_file "$share/größe.dat" 23
+  ends 0 "" settings save "\\\\server\\share\\$deep\\日本.dat"
+  ends 0 "" settings load "\\\\server\\share\\$deep\\日本.dat"
+  is_file "$share/$deep/日本.dat" 23
+  ends 0 "" settings save "//server/share/a.dat"
+  is_file "$share/a.dat" 23
+  ends 0 "" record --frames 3 '\\server\share'
+  check "the recording is on the share" compgen -G "$share/*_lumadot_dump.txt" >/dev/null
+  ends 7 "missing" settings load '\\server\share\missing'
 }
 
 sizes() {
@@ -91,6 +100,7 @@ drives() {
 
 what_check_tells
 names
+shares
 sizes
 drives
-echo "command line: $checks checks passed"
+echo "command line: $CHECKS checks passed"

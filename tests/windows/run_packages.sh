@@ -14,18 +14,6 @@ unzipped=build/windows-zip
 installed="$WINEPREFIX/drive_c/Program Files/LUMADOT Tool"
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-checks=0
-
-# check WHAT CONDITION...
-check() {
-  local what=$1
-  shift
-  "$@" || {
-    echo "failed: $what"
-    exit 1
-  }
-  checks=$((checks + 1))
-}
 
 # Every file of the Windows, but what Windows itself writes now and then.
 all_files() {
@@ -81,9 +69,9 @@ ends_with() {
 start_what_was_installed() {
   check "lumadotctl runs" [ "$(windows "$installed/lumadotctl.exe" --version | tr -d '\r')" = "$(version)" ]
   check "nothing is on the bus" says 3 "$installed/lumadotctl.exe" check
-  LUMADOT_SIM_BOARD=none window_of "LUMADOT Spectra" "$installed/lumadot-tool.exe"
-  window_of "LUMADOT Viewer" "$installed/lumadot-viewer.exe"
-  window_of "LUMADOT Spectra" "$installed/lumadot-demo.exe"
+  LUMADOT_SIM_BOARD=none opens "LUMADOT Spectra" "$installed/lumadot-tool.exe"
+  opens "LUMADOT Viewer" "$installed/lumadot-viewer.exe"
+  opens "LUMADOT Spectra" "$installed/lumadot-demo.exe"
   check "the demo's simulator has ended with it" wait_until "the simulator has gone" \
     no_window "^LUMADOT Simulator\$"
 }
@@ -99,8 +87,8 @@ says() {
 
 no_window() { [[ -z $(xdotool search --onlyvisible --name "$1" 2>/dev/null) ]]; }
 
-# window_of TITLE PROGRAM: it starts, its window comes, and it ends when that is closed.
-window_of() {
+# opens TITLE PROGRAM: it starts, its window comes, and it ends when that is closed.
+opens() {
   windows "$2" &
   TOOL=$!
   wait_until "\"$1\" is there" titled_window_is_there "$1"
@@ -131,4 +119,4 @@ look_at_the_zip
 install_silently
 start_what_was_installed
 uninstall_silently
-echo "packages: $checks checks passed"
+echo "packages: $CHECKS checks passed"

@@ -13,27 +13,15 @@ source scripts/lib/session.sh
 program=$1/simulated_bus/lumadot-tool.exe
 pictures=build/windows-pictures
 work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
+trap 'end "$?"' EXIT
+end() {
+  [[ $1 == 0 ]] || import -window root "$pictures/failed.png"
+  rm -rf "$work"
+}
 LOG=$work/log
 foreign="Größe 日本語 🎯"
 folder="$work/$foreign"
 mkdir -p "$pictures" "$folder" "$work/store"
-checks=0
-
-# check WHAT CONDITION...
-check() {
-  local what=$1
-  shift
-  "$@" || {
-    echo "failed: $what"
-    import -window root "$pictures/failed.png"
-    exit 1
-  }
-  checks=$((checks + 1))
-}
-
-# As Windows names a file of this system.
-windows_name() { echo "Z:${1//\//\\}"; }
 
 start() {
   rm -f "$LOG"
@@ -210,4 +198,4 @@ start
 picture 200
 close_tool
 set_scale 100
-echo "window: $checks checks passed; pictures: $pictures"
+echo "window: $CHECKS checks passed; pictures: $pictures"

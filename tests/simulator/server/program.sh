@@ -2,34 +2,13 @@
 # Start of the tests of the program: program.sh SIMULATOR. Leaves WORK, a folder, and functions.
 set -euo pipefail
 SIMULATOR=$1
+# shellcheck source=scripts/lib/wait.sh
+source "$(dirname "${BASH_SOURCE[0]}")/../../../scripts/lib/wait.sh"
 WORK=$(mktemp -d)
 trap end EXIT
 end() {
   [[ -z ${PROCESS:-} ]] || kill "$PROCESS" 2>/dev/null
   rm -rf "$WORK"
-}
-
-# check WHAT CONDITION...
-check() {
-  local what=$1
-  shift
-  "$@" || {
-    echo "failed: $what"
-    exit 1
-  }
-}
-
-# wait_until WHAT CONDITION...: polls for 30 seconds at most.
-wait_until() {
-  local what=$1 deadline=$((SECONDS + 30))
-  shift
-  until "$@"; do
-    ((SECONDS < deadline)) || {
-      echo "failed: waited 30 s until $what"
-      exit 1
-    }
-    sleep 0.02
-  done
 }
 
 # start_simulator OPTION...: on a port of its own, headless unless MODE says otherwise; leaves PROCESS and PORT.
