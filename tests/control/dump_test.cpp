@@ -69,7 +69,8 @@ Damaged      nothing
 
 TEST_F(Dump, InfoIsAnObjectForOneFileAndAnArrayForSeveral) {
     const Json raw = json({"info", file("a.raw")});
-    EXPECT_EQ(raw, Json::parse(R"({"file": ")" + file("a.raw") + R"(", "kind": "raw", "width": 128,
+    EXPECT_EQ(raw, Json::parse(R"({"file": )" + Json(file("a.raw")).dump() +
+                               R"(, "kind": "raw", "width": 128,
         "height": 32, "planes": 3, "frames": 2, "firstMs": 1000, "lastMs": 1100, "durationMs": 100,
         "framesPerSecond": 10.0, "longestGapMs": 100, "longestGapAfter": 0, "equalNeighbours": 0,
         "missing": null, "damagedPlaces": 0, "damaged": []})"));

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <csignal>
+#include <nlohmann/json.hpp>
+#include <regex>
 
 #include "tests/control/control_run.h"
 #include "tests/control/pauses.h"
@@ -17,6 +19,7 @@ using support::lumadotctl;
 using support::Ran;
 using support::wire;
 using Bytes = std::vector<std::uint8_t>;
+using Json = nlohmann::ordered_json;
 
 constexpr std::size_t TextFrame = 12 + 32 * 130 + 2;
 
@@ -41,8 +44,8 @@ struct Recording : ControlTest {
         for (const auto& entry : std::filesystem::directory_iterator(folder.path())) {
             const std::string name = entry.path().filename().string();
             if (name.ends_with(ending)) {
-                EXPECT_THAT(name, testing::MatchesRegex("[0-9]+_[0-9]+_lumadot_dump\\..*"));
-                EXPECT_EQ(name.size(), std::string("050324_140709_lumadot_dump.txt").size());
+                static const std::regex Form(R"(\d{6}_\d{6}_lumadot_dump\.(txt|raw))");
+                EXPECT_TRUE(std::regex_match(name, Form)) << name;
                 bytes = support::readFile(entry.path());
                 ++count;
             }
@@ -116,17 +119,22 @@ TEST_F(Recording, OfTheLargeBoardAsksForItsOwnPlanes) {
 TEST_F(Recording, TellsWhatItHasRecorded) {
     plug(1);
     const Ran ran = record({"--frames", "3", "--json"});
-    EXPECT_THAT(ran.err, testing::ContainsRegex("^3 frames in [0-9.]* s \\([0-9.]* a second\\), 0 "
-                                                "refused, 0 lost: .*_lumadot_dump.txt\n$"));
-    EXPECT_THAT(ran.out,
-                testing::HasSubstr("  \"record\": {\n    \"mode\": {\n      \"number\": 1,\n"
-                                   "      \"name\": \"Bally/Williams\"\n    },\n    \"text\": \"" +
-                                   folder.path().string()));
-    EXPECT_THAT(ran.out, testing::ContainsRegex("_lumadot_dump.raw\",\n    \"frames\": 3,\n"
-                                                "    \"refused\": 0,\n    \"lost\": 0,\n"
-                                                "    \"seconds\": [0-9.e-]*,\n"
-                                                "    \"rate\": [0-9.e+]*,\n"
-                                                "    \"endedBy\": \"frames\"\n"));
+    EXPECT_THAT(ran.err,
+                testing::ContainsRegex("^3 frames in .+ s \\(.+ a second\\), 0 refused, 0 lost: "
+                                       ".+_lumadot_dump\\.txt\n$"));
+    const auto record = Json::parse(ran.out).at("record");
+    EXPECT_EQ(record["mode"], (Json{{"number", 1}, {"name", "Bally/Williams"}}));
+    for (const std::string kind : {"text", "raw"}) {
+        const std::string file = record.at(kind);
+        EXPECT_TRUE(file.starts_with(folder.path().string()) && std::filesystem::exists(file))
+            << file;
+    }
+    EXPECT_EQ(record["frames"], 3);
+    EXPECT_EQ(record["refused"], 0);
+    EXPECT_EQ(record["lost"], 0);
+    EXPECT_GT(record["seconds"], 0.0);
+    EXPECT_GT(record["rate"], 0.0);
+    EXPECT_EQ(record["endedBy"], "frames");
 }
 
 TEST_F(Recording, OneLostOrRefusedFrameDoesNotEndIt) {

@@ -153,8 +153,8 @@ TEST_F(SendingMore, ResetWaitsUntilTheControllerAnswers) {
     support::takePauses();
     const Ran ran = lumadotctl({"reset", "--wait"});
     EXPECT_EQ(ran.code, 0);
-    EXPECT_THAT(ran.err, testing::ContainsRegex("^Reset the controller.\nIt answers again after "
-                                                "[0-9]+\\.[0-9] s.\n$"));
+    EXPECT_THAT(ran.err, testing::ContainsRegex("^Reset the controller\\.\nIt answers again after "
+                                                ".+\\.. s\\.\n$"));
     EXPECT_EQ(wire(), (Lines{"81 C3 E7 FF 00*2048",
                              "",  // It is restarting, and takes nothing.
                              "81 C3 E7 FF 10 00*2047", "(63 asked for)"}));

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Runs every test program that opens no window under Wine: tests/windows/run_programs.sh BUILD_FOLDER
-# Prints a line for each, beside the figures of the same program on this system if it is built, and
-# the reasons of what was skipped. Needs a display and a running Wine.
+# Prints a line for each, beside the figures of the same program on this system if scripts/test.sh has
+# built it, and the reasons of what was skipped. Needs a display and a running Wine.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 # shellcheck source=scripts/lib/wine.sh
@@ -31,7 +31,7 @@ filter() {
 
 # run PROGRAM: one of the build for Windows.
 run() {
-  local name=${1##*/} here=build/dev/${1#"$build"/} beside=''
+  local name=${1##*/} here=build/dev/${1#"$build"/} beside=' (on Linux: not built)'
   name=${name%.exe}
   here=${here%.exe}
   windows "$1" "--gtest_filter=$(filter "$name")" >"$logs/$name" 2>"$logs/$name.err" </dev/null || failed=1
@@ -55,5 +55,5 @@ reasons() {
 while read -r program; do
   run "$program"
 done < <(find "$build/tests" -name '*_test.exe' | sort)
-sed 's/^/not built for Windows: /' "$build/tests/not_on_windows"
+sed 's/$/: left out, it is the window that run_session.sh drives/' "$build/tests/not_on_windows"
 exit "$failed"
