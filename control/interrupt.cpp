@@ -1,6 +1,8 @@
 #include "control/interrupt.h"
 
 #include <algorithm>
+#include <chrono>
+#include <thread>
 
 #include "control/failure.h"
 
@@ -13,6 +15,12 @@ volatile std::sig_atomic_t asked = 0;
 extern "C" void takeSignal(int signal) {
     asked = 1;
     std::signal(signal, SIG_DFL);
+#ifdef SIGBREAK
+    // In a thread of its own: Windows ends the program when this returns, or after 5 s.
+    while (signal == SIGBREAK) {
+        std::this_thread::sleep_for(std::chrono::seconds(1));
+    }
+#endif
 }
 
 auto catchSignal(int signal) {

@@ -6,7 +6,8 @@
 
 namespace control::interrupt {
 
-/// While it lives, the first SIGINT, SIGTERM or SIGHUP (its terminal is closed) only sets
+/// While it lives, the first SIGINT, SIGTERM or SIGHUP (its terminal is closed; on
+/// Windows SIGBREAK) only sets
 /// `requested`, so that the program gives back what it holds; the next one ends the program at
 /// once. A signal that was ignored stays so.
 class Watch {
@@ -21,7 +22,8 @@ private:
 #ifdef SIGHUP
     static constexpr std::array Signals = {SIGINT, SIGTERM, SIGHUP};
 #else
-    static constexpr std::array Signals = {SIGINT, SIGTERM};  // Windows ends the program otherwise.
+    static constexpr std::array Signals = {SIGINT, SIGTERM,
+                                           SIGBREAK};  // The last is Windows' hangup.
 #endif
 
     std::array<Handler, Signals.size()> before_{};

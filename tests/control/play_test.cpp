@@ -2,7 +2,9 @@
 // display back whatever happens.
 
 #include <csignal>
+#include <thread>
 
+#include "control/interrupt.h"
 #include "pictures/png.h"
 #include "tests/control/control_run.h"
 #include "tests/control/pauses.h"
@@ -170,7 +172,27 @@ TEST_P(PlaySignal, DuringAFrameGivesTheModeBack) {
     EXPECT_EQ(sent(), (Lines{ModeZero, Dark, Corners, ModeFive}));
 }
 
+#ifdef SIGHUP
 INSTANTIATE_TEST_SUITE_P(Each, PlaySignal, testing::Values(SIGINT, SIGTERM, SIGHUP));
+#else
+INSTANTIATE_TEST_SUITE_P(Each, PlaySignal, testing::Values(SIGINT, SIGTERM));
+
+TEST_F(Play, GivesTheModeBackWhenTheConsoleIsClosed) {
+    int pauses = 0;
+    support::onPause([&] {
+        if (++pauses == 5) {
+            std::thread([] {
+                std::raise(SIGBREAK);
+            }).detach();  // As Windows does; it does not return.
+            while (!control::interrupt::requested()) {
+                std::this_thread::yield();
+            }
+        }
+    });
+    EXPECT_EQ(play({"--loop"}).code, 0);
+    EXPECT_EQ(sent(), (Lines{ModeZero, Dark, Corners, Second, Dark, Corners, ModeFive}));
+}
+#endif
 
 TEST_F(Play, GivesTheModeBackWhenAFrameIsNotTaken) {
     auto fault = atImage(2);
