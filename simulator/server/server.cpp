@@ -158,7 +158,9 @@ Server::Server(ControllerOptions controller, Options options)
     const tcp::endpoint endpoint(asio::ip::make_address(options_.address), options_.port);
     tcp::acceptor& acceptor = network_->acceptor;
     acceptor.open(endpoint.protocol());
+#ifndef _WIN32  // There it would let a second program have the same port.
     acceptor.set_option(asio::socket_base::reuse_address(true));
+#endif
     acceptor.bind(endpoint);
     acceptor.listen();
 }

@@ -4,6 +4,8 @@
 
 #include <gmock/gmock.h>
 
+#include <system_error>
+
 #include "tests/simulator/packets.h"
 #include "tests/simulator/server/running_server.h"
 #include "tests/simulator/server/tcp_client.h"
@@ -34,6 +36,11 @@ TEST(Server, ListsTheDeviceAndCloses) {
     client.send(ListBytes);
     EXPECT_EQ(client.receive(1000).size(), 12U + 312U + 4U);
     EXPECT_THAT(server.complaints(), IsEmpty());
+}
+
+TEST(Server, HasItsPortAlone) {
+    const RunningServer server;
+    EXPECT_THROW(simulator::Server({}, {.port = server.port()}), std::system_error);
 }
 
 TEST(Server, CarriesUrbs) {
