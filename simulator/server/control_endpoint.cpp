@@ -111,7 +111,8 @@ std::optional<ControlEndpoint::Bytes> ControlEndpoint::descriptor(const Request&
         index == windows_descriptors::StringIndex) {
         return windows_descriptors::signature();
     }
-    return descriptors::find(type, index, plug.product);
+    return descriptors::find(type, index, plug.product,
+                             descriptors::release(plug.windowsDescriptors));
 }
 
 std::optional<ControlEndpoint::Bytes> ControlEndpoint::configure(std::uint16_t value) {

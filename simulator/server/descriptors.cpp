@@ -26,7 +26,7 @@ constexpr std::size_t LongestString = 126;  // Letters; the length byte counts t
 constexpr std::uint8_t low(std::uint16_t value) { return static_cast<std::uint8_t>(value); }
 constexpr std::uint8_t high(std::uint16_t value) { return static_cast<std::uint8_t>(value >> 8U); }
 
-Bytes device() {
+Bytes device(std::uint16_t release) {
     return {18,
             Device,
             0x00,
@@ -39,8 +39,8 @@ Bytes device() {
             high(Vendor),
             low(Product),
             high(Product),
-            low(Release),
-            high(Release),
+            low(release),
+            high(release),
             0,
             ProductIndex,
             0,
@@ -89,7 +89,8 @@ Bytes string(std::string_view text) {
 
 }  // namespace
 
-std::optional<Bytes> find(std::uint8_t type, std::uint8_t index, std::string_view product) {
+std::optional<Bytes> find(std::uint8_t type, std::uint8_t index, std::string_view product,
+                          std::uint16_t release) {
     if (type == String && index == 0) {
         return languages();
     }
@@ -101,7 +102,7 @@ std::optional<Bytes> find(std::uint8_t type, std::uint8_t index, std::string_vie
     }
     switch (type) {
         case Device:
-            return device();
+            return device(release);
         case ConfigurationTree:
             return configuration(ConfigurationTree, BulkPacketSize);
         case DeviceQualifier:

@@ -45,7 +45,7 @@ std::optional<usbip::ListedDevice> UsbDevice::listed() const {
                    .speed = HighSpeed,
                    .vendor = descriptors::Vendor,
                    .product = descriptors::Product,
-                   .release = descriptors::Release,
+                   .release = descriptors::release(options_.windowsDescriptors),
                    .deviceClass = descriptors::DeviceClass,
                    .configuration = descriptors::Configuration,
                    .configurations = 1,

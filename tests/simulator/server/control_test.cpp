@@ -125,6 +125,8 @@ INSTANTIATE_TEST_SUITE_P(
                 "00 00 00 00"},
         Request{"product", "80 06 02 03 09 04 FF 00",
                 "0, 16: 10 03 4C 00 55 00 4D 00 41 00 44 00 4F 00 54 00"},
+        Request{"device_of_another_version", "80 06 00 01 00 00 12 00",
+                "0, 18: 12 01 00 02 00 00 00 40 14 03 57 E4 01 01 00 02 00 01"},
         Request{"another_code", "C0 21 00 00 04 00 28 00", Stall},
         Request{"another_interface", "C0 20 01 00 04 00 28 00", Stall},
         Request{"another_index", "C0 20 00 00 06 00 28 00", Stall},

@@ -2,7 +2,7 @@
 
 #include "simulator/server/session.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include "tests/simulator/server/client.h"
 
@@ -32,6 +32,12 @@ protected:
 
     simulator::UsbDevice device{board()};
 };
+
+TEST_F(SessionTest, ListShowsTheVersionOfADeviceThatDescribesItselfToWindows) {
+    device.replace({.windowsDescriptors = true});
+    Session session(device);
+    EXPECT_THAT(answer(session, List), testing::HasSubstr("03 14 E4 57 01 01 00 00 00 01 01 01"));
+}
 
 TEST_F(SessionTest, ListShowsTheDeviceAndEndsTheSession) {
     Session session(device);
