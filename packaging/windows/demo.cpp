@@ -11,6 +11,8 @@
 namespace {
 
 constexpr int Failed = 1;
+constexpr const wchar_t* SimulatorFails =
+    L"The simulated controller does not start. Install the tool anew.";
 
 class Handle {
 public:
@@ -86,7 +88,7 @@ std::string readLine(HANDLE from) {
 
 /// Starts the simulated controller and returns where it listens; empty: it does not.
 std::wstring startSimulator(const std::filesystem::path& folder, const Handle& job,
-                            Handle& output) {
+                            Handle& simulator, Handle& output) {
     SECURITY_ATTRIBUTES inherited = {sizeof inherited, nullptr, TRUE};
     HANDLE read = nullptr;
     HANDLE write = nullptr;
@@ -99,8 +101,7 @@ std::wstring startSimulator(const std::filesystem::path& folder, const Handle& j
     const wchar_t* const local = _wgetenv(L"LOCALAPPDATA");
     const std::wstring state =
         local != nullptr ? std::wstring(L" --state \"") + local + L"\\lumadot-demo\"" : L"";
-    const Handle simulator =
-        start(folder / "lumadot-simulator.exe", L" --port 0" + state, input.get());
+    simulator = start(folder / "lumadot-simulator.exe", L" --port 0" + state, input.get());
     input.close();  // The end of what can be read is the end of the simulator.
     if (simulator.get() == nullptr) {
         return {};
@@ -120,16 +121,8 @@ int fail(const wchar_t* what) {
     return Failed;
 }
 
-}  // namespace
-
-int WINAPI WinMain(HINSTANCE /*instance*/, HINSTANCE /*before*/, LPSTR /*line*/, int /*show*/) {
-    const std::filesystem::path folder = ownFolder();
-    const Handle job = makeJob();
-    Handle output;
-    const std::wstring place = startSimulator(folder, job, output);
-    if (place.empty()) {
-        return fail(L"The simulated controller does not start. Install the tool anew.");
-    }
+/// Until the tool is closed; returns its exit code.
+int runTool(const std::filesystem::path& folder, const std::wstring& place) {
     SetEnvironmentVariableW(L"LUMADOT_SIM_CONNECT", place.c_str());
     // Beside the library that has libusb's name: a program takes the one in its own folder.
     const Handle tool = start(folder / "simulated_bus" / "lumadot-tool.exe", L"", nullptr);
@@ -140,4 +133,18 @@ int WINAPI WinMain(HINSTANCE /*instance*/, HINSTANCE /*before*/, LPSTR /*line*/,
     DWORD code = Failed;
     GetExitCodeProcess(tool.get(), &code);
     return static_cast<int>(code);
+}
+
+}  // namespace
+
+int WINAPI WinMain(HINSTANCE /*instance*/, HINSTANCE /*before*/, LPSTR /*line*/, int /*show*/) {
+    const std::filesystem::path folder = ownFolder();
+    const Handle job = makeJob();
+    Handle simulator;
+    Handle output;
+    const std::wstring place = startSimulator(folder, job, simulator, output);
+    const int code = place.empty() ? fail(SimulatorFails) : runTool(folder, place);
+    // Windows 7 puts a program into one job only, and that may be somebody else's.
+    TerminateProcess(simulator.get(), 0);
+    return code;
 }
