@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 #include <windows.h>
 
+#include <algorithm>
 #include <cstring>
 #include <exception>
 #include <memory>
@@ -21,7 +22,9 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::size_t Limit = 247;  // characters; a folder's name leaves room for a file's
+/// In characters. Windows takes 259. A folder's name leaves room for a recording's, which has 31, a
+/// file's for that of a temporary file beside it, which is up to 24 longer.
+constexpr std::size_t Limit = 220;
 
 /// Of a share, of a device, or written in the special way: `std::filesystem` takes such names apart
 /// in a wrong way, and loses one of the backslashes.
@@ -29,7 +32,7 @@ bool isSpecial(const std::wstring& name) {
     return name.starts_with(LR"(\\)") || name.starts_with(L"//");
 }
 
-/// With drive or share, and backslashes.
+/// With drive or share, and backslashes. Empty: it is no name.
 std::wstring whole(const std::wstring& name) {
     std::wstring text(GetFullPathNameW(name.c_str(), 0, nullptr, nullptr), L'\0');
     text.resize(
@@ -37,11 +40,21 @@ std::wstring whole(const std::wstring& name) {
     return text;
 }
 
-std::wstring withoutLimit(const std::wstring& name) {
-    if (name.size() <= Limit || name.starts_with(LR"(\\?\)") || name.starts_with(LR"(\\.\)")) {
+/// Written so, a name is taken as it is: without a limit, and "/" parts nothing.
+bool isTakenAsItIs(const std::wstring& name) { return name.starts_with(LR"(\\?\)"); }
+
+std::wstring withoutLimit(std::wstring name) {
+    if (isTakenAsItIs(name)) {
+        std::ranges::replace(name, L'/', L'\\');
         return name;
     }
     const std::wstring all = whole(name);
+    if (all.size() <= Limit) {
+        return name;
+    }
+    if (isTakenAsItIs(all) || all.starts_with(LR"(\\.\)")) {
+        return all;
+    }
     return isSpecial(all) ? LR"(\\?\UNC)" + all.substr(1) : LR"(\\?\)" + all;
 }
 
@@ -49,7 +62,14 @@ std::wstring withoutLimit(const std::wstring& name) {
 std::FILE* createAnew(const fs::path& path, const std::wstring& mode) {
     const int file =
         _wopen(path.c_str(), _O_WRONLY | _O_CREAT | _O_EXCL | _O_BINARY, _S_IREAD | _S_IWRITE);
-    return file >= 0 ? _wfdopen(file, mode.c_str()) : nullptr;
+    if (file < 0) {
+        return nullptr;
+    }
+    std::FILE* const stream = _wfdopen(file, mode.c_str());
+    if (stream == nullptr) {
+        _close(file);
+    }
+    return stream;
 }
 
 }  // namespace
@@ -68,7 +88,7 @@ fs::path target(const fs::path& path) {
     const fs::path name = reachable(path);
     std::error_code ignored;
     const fs::path found = isSpecial(name.native()) ? name : fs::weakly_canonical(name, ignored);
-    return found.empty() ? name : found;
+    return found.empty() ? name : reachable(found);
 }
 
 std::FILE* open(const char* path, const char* mode) {

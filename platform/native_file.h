@@ -10,12 +10,13 @@
 namespace native_file {
 
 /// The file of this name, as every function of the system takes it: on Windows most take no more
-/// than 259 characters, unless the name is written in a special way. Empty when the name is not in
-/// the encoding.
+/// than 259 characters with all folders, unless the name is written in a special way. Empty when
+/// the name is not in the encoding.
 std::filesystem::path named(const char* path);
 std::filesystem::path reachable(const std::filesystem::path& path);
 
-/// The file behind the links that `path` may lead over, reachable; it need not exist.
+/// The file behind the links that `path` may lead over, reachable; it need not exist. On Windows it
+/// is the last link itself: the standard library sees none there.
 std::filesystem::path target(const std::filesystem::path& path);
 
 /// Opens as `fopen` does; "x" in the mode, too: only if there is none.

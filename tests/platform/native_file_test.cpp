@@ -75,6 +75,30 @@ TEST(Reachable, IsALongNameInTheSpecialWay) {
     EXPECT_EQ(native_file::reachable(LR"(\\?\C:\)" + rest).native(), LR"(\\?\C:\)" + rest);
 }
 
+TEST(Reachable, HasRoomForWhatIsAppended) {
+    const std::wstring longest = LR"(C:\)" + std::wstring(217, L'x');
+    EXPECT_EQ(native_file::reachable(longest).native(), longest);
+    EXPECT_EQ(native_file::reachable(longest + L"x").native(), LR"(\\?\)" + longest + L"x");
+}
+
+TEST(Reachable, TakesSlashesForBackslashesInTheSpecialWay) {
+    EXPECT_EQ(native_file::reachable(LR"(\\?\C:\a/b)").native(), LR"(\\?\C:\a\b)");
+    const std::wstring rest(300, L'x');
+    EXPECT_EQ(native_file::reachable(L"//?/C:/" + rest).native(), LR"(\\?\C:\)" + rest);
+}
+
+TEST_F(NativeFile, IsReachedFromADeepFolder) {
+    const auto deep = folder.path() / std::wstring(220 - folder.path().native().size(), L'a');
+    std::filesystem::create_directory(deep);
+    const auto before = std::filesystem::current_path();
+    std::filesystem::current_path(deep);
+    const auto path = native_file::reachable("b");
+    const auto target = native_file::target("b");
+    std::filesystem::current_path(before);
+    EXPECT_EQ(path.native(), LR"(\\?\)" + deep.native() + LR"(\b)");
+    EXPECT_EQ(target.native(), path.native());
+}
+
 TEST(Target, KeepsTheNameOfAShare) {
     EXPECT_EQ(native_file::target(LR"(\\server\share\a\b)").native(), LR"(\\server\share\a\b)");
 }

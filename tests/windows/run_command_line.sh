@@ -58,6 +58,9 @@ names() {
   # As the system itself names it.
   ends 0 "" settings save "\\\\?\\$(windows_name "$work/special.dat")"
   is_file "$work/special.dat" 23
+  mkdir "$work/special"
+  ends 0 "" record --frames 3 "\\\\?\\$(windows_name "$work/special")"
+  check "the recording is in the folder" compgen -G "$work/special/*_lumadot_dump.txt" >/dev/null
 }
 
 # On a share, which is a folder of this system under a name of Wine's.
