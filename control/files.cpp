@@ -80,10 +80,7 @@ void writeBeside(const std::string& path, const fs::path& file,
     std::error_code error;
     const bool written = write(std::move(stream), bytes);
     if (written) {
-        if (const fs::file_status old = fs::status(file, error); fs::is_regular_file(old)) {
-            fs::permissions(freshFile, old.permissions(), error);
-        }
-        fs::rename(freshFile, file, error);
+        native_file::replace(file, freshFile, error);
     }
     if (!written || error) {
         const Failure failure = notWritten(path);
@@ -124,8 +121,7 @@ std::vector<std::uint8_t> readHead(const std::string& path, std::size_t limit) {
 }
 
 void writeWhole(const std::string& path, std::span<const std::uint8_t> bytes) {
-    std::error_code error;
-    const fs::file_status status = fs::status(native_file::named(path.c_str()), error);
+    const fs::file_status status(native_file::kindOf(path.c_str()));
     if (!fs::exists(status) || fs::is_regular_file(status)) {
         return writeBeside(path, native_file::target(native_file::named(path.c_str())), bytes);
     }

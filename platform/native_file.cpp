@@ -91,6 +91,20 @@ fs::path target(const fs::path& path) {
     return found.empty() ? name : reachable(found);
 }
 
+/// A file that is read-only is not replaced here, and a new one that is could not be removed.
+void replace(const fs::path& file, const fs::path& fresh, std::error_code& error) {
+    const DWORD before = GetFileAttributesW(file.c_str());
+    const bool isReadOnly =
+        before != INVALID_FILE_ATTRIBUTES && (before & FILE_ATTRIBUTE_READONLY) != 0;
+    if (isReadOnly) {
+        SetFileAttributesW(file.c_str(), before & ~DWORD{FILE_ATTRIBUTE_READONLY});
+    }
+    fs::rename(fresh, file, error);
+    if (isReadOnly) {
+        SetFileAttributesW(file.c_str(), before);  // Of the new one, or of the old one again.
+    }
+}
+
 std::FILE* open(const char* path, const char* mode) {
     std::wstring wide(mode, mode + std::strlen(mode));
     if (const auto at = wide.find(L'x'); at != std::wstring::npos) {
@@ -131,6 +145,13 @@ fs::path target(const fs::path& path) {
     std::error_code ignored;
     fs::path found = fs::weakly_canonical(path, ignored);
     return found.empty() ? path : found;
+}
+
+void replace(const fs::path& file, const fs::path& fresh, std::error_code& error) {
+    if (const fs::file_status before = fs::status(file, error); fs::is_regular_file(before)) {
+        fs::permissions(fresh, before.permissions(), error);
+    }
+    fs::rename(fresh, file, error);
 }
 
 std::FILE* open(const char* path, const char* mode) { return std::fopen(path, mode); }

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
+#include <system_error>
 
 /// What systems do each in a way of their own with files. A file's name is in the encoding of the C
 /// library, on Windows in UTF-8.
@@ -18,6 +19,10 @@ std::filesystem::path reachable(const std::filesystem::path& path);
 /// The file behind the links that `path` may lead over, reachable; it need not exist. On Windows it
 /// is the last link itself: the standard library sees none there.
 std::filesystem::path target(const std::filesystem::path& path);
+
+/// Moves `fresh`, which is beside it, to the place of `file`, with that one's permissions.
+void replace(const std::filesystem::path& file, const std::filesystem::path& fresh,
+             std::error_code& error);
 
 /// Opens as `fopen` does; "x" in the mode, too: only if there is none.
 std::FILE* open(const char* path, const char* mode);

@@ -182,6 +182,17 @@ TEST_F(Files, ALinkStaysALinkAndPermissionsStay) {
               std::filesystem::perms{0640});
 }
 
+TEST_F(Files, AFileThatIsReadOnlyIsReplacedAndStaysSo) {
+    using std::filesystem::perms;
+    writeFile(file("a.pal"), Bytes{1});
+    std::filesystem::permissions(file("a.pal"), perms{0444});
+    EXPECT_EQ(lumadotctl({"palette", "--write", file("a.pal"), "--preset", "vga"}).code, 0);
+    EXPECT_EQ(readFile(file("a.pal")), Vga);
+    EXPECT_EQ(std::filesystem::status(file("a.pal")).permissions(), perms{0444});
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 1);
+    std::filesystem::permissions(file("a.pal"), perms{0666});  // Windows removes no other.
+}
+
 TEST_F(Files, WhatIsNoFileIsWrittenToAsItIs) {
     EXPECT_EQ(lumadotctl({"palette", "--write", "/dev/null", "--preset", "vga"}).code, 0);
     EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));

@@ -58,6 +58,18 @@ TEST_F(NativeFile, CanBeInAVeryLongFolder) {
     EXPECT_NE(open(native_file::target(path), "rb"), nullptr);
 }
 
+TEST_F(NativeFile, ThatCannotBeReplacedStaysReadOnly) {
+    using std::filesystem::perms;
+    support::writeFile(folder.path() / "old", {});
+    std::filesystem::permissions(folder.path() / "old", perms::owner_read);
+    std::error_code error;
+    native_file::replace(folder.path() / "old", folder.path() / "missing", error);
+    EXPECT_TRUE(error);
+    EXPECT_EQ(std::filesystem::status(folder.path() / "old").permissions() & perms::owner_write,
+              perms::none);
+    std::filesystem::permissions(folder.path() / "old", perms::owner_all);
+}
+
 #ifdef _WIN32
 
 TEST(Reachable, IsAShortNameAsItIs) {

@@ -55,6 +55,8 @@ names() {
   ends 0 "" record --frames 3 "$(windows_name "$long")"
   ends 0 "" dump info "$(windows_name "$(compgen -G "$long/*_dump.txt")")"
   ends 0 "" dump export "$(windows_name "$(compgen -G "$long/*_dump.txt")")" --out "$(windows_name "$long/a.gif")"
+  ends 0 "" settings save NUL
+  check "a device is no file" [ ! -e "$PWD/NUL" ]
   # As the system itself names it.
   ends 0 "" settings save "\\\\?\\$(windows_name "$work/special.dat")"
   is_file "$work/special.dat" 23
