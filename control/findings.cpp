@@ -9,6 +9,9 @@ namespace control {
 
 namespace {
 
+constexpr const char* ChooseDriver =
+    "choose \"WinUsb Device\" as its driver; the README.txt beside this program says how, step by "
+    "step.";
 constexpr const char* Replug = "Unplug the controller, plug it in again and try once more.";
 
 struct StepText {
@@ -90,8 +93,7 @@ Finding ruleNotInForce() {
 Finding noDriver() {
     return {"no-driver", ExitCode::NoPermission,
             "The controller is there, but Windows has not bound it to the driver WinUSB.",
-            "In the Device Manager, choose \"WinUsb Device\" as its driver; the README.txt beside "
-            "this program says how, step by step."};
+            std::string("In the Device Manager, ") + ChooseDriver};
 }
 
 Finding busy(const std::optional<Holder>& holder) {
@@ -119,13 +121,22 @@ Finding noAnswer(const std::string& why) {
             Replug};
 }
 
+Finding takenOnWindows() {
+    return {
+        "busy", ExitCode::Busy,
+        "Another program is using the controller, or Windows has bound it to a driver other than "
+        "WinUSB.",
+        std::string("Close that program and try again; if there is none: in the Device Manager, ") +
+            ChooseDriver};
+}
+
 std::optional<Finding> ofOpeningOnWindows(int usbError) {
     switch (usbError) {
         case LIBUSB_ERROR_NOT_SUPPORTED:
         case LIBUSB_ERROR_NOT_FOUND:
             return noDriver();
         case LIBUSB_ERROR_ACCESS:
-            return busy({});
+            return takenOnWindows();
         default:
             return std::nullopt;
     }

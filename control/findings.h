@@ -40,8 +40,11 @@ Finding driverBound();
 Finding nameUnreadable(int usbError);
 /// `why` goes into parentheses.
 Finding noAnswer(const std::string& why);
-/// What it means on Windows that a controller which is there cannot be opened. WinUSB lets one
-/// program in at a time. Nothing: the error says no more than itself.
+/// Access that Windows denies, to the controller or its interface. WinUSB lets one program in at a
+/// time, and the USB library has the same error for some drivers that let none in.
+Finding takenOnWindows();
+/// What it means on Windows that a controller which is there cannot be opened. Nothing: the error
+/// says no more than itself.
 std::optional<Finding> ofOpeningOnWindows(int usbError);
 
 }  // namespace findings

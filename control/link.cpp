@@ -106,6 +106,9 @@ std::optional<Finding> permissionFinding(int usbError) {
 
 std::optional<Finding> holdFinding(const OpenDevice& device, const DeviceInfo& place,
                                    int usbError) {
+    if (OnWindows && usbError == LIBUSB_ERROR_ACCESS) {
+        return findings::takenOnWindows();
+    }
     if (usbError != LIBUSB_ERROR_BUSY) {
         return std::nullopt;
     }

@@ -84,14 +84,20 @@ Outcome ended(const Error& error, const std::string& what) {
     return {error.code, what + ": " + error.why + " (" + error.name + ").\n"};
 }
 
+#ifdef _WIN32
+Outcome taken(const Subject& subject) {
+    const bool isFinding = subject.transfers == Transfers::Found;
+    return {5, isFinding ? "" : "Another program is using the controller, or "};
+}
+#endif
+
 Outcome outcomeOfOpening(const Subject& subject, const Error& error) {
     if (subject.transfers == Transfers::Listed) {
         return {};
     }
 #ifdef _WIN32
     if (error.number == LIBUSB_ERROR_ACCESS) {
-        const bool isFinding = subject.transfers == Transfers::Found;
-        return {5, isFinding ? "" : "Another program is using the controller.\n"};
+        return taken(subject);
     }
     if (error.number == LIBUSB_ERROR_NOT_SUPPORTED || error.number == LIBUSB_ERROR_NOT_FOUND) {
         const bool isFinding = subject.transfers == Transfers::Found;
@@ -109,6 +115,11 @@ Outcome outcomeOfClaiming(const Subject& subject, const Error& error) {
     if (subject.transfers == Transfers::Listed) {
         return {};
     }
+#ifdef _WIN32
+    if (error.number == LIBUSB_ERROR_ACCESS) {
+        return taken(subject);
+    }
+#endif
     if (error.number == LIBUSB_ERROR_BUSY) {
         const bool isFinding = subject.transfers == Transfers::Found;
         return {5, isFinding ? "" : "Another program is using the controller.\n"};

@@ -60,10 +60,21 @@ TEST(OpeningOnWindows, TellsAMissingDriverFromAnotherProgram) {
         EXPECT_EQ(finding->message,
                   "The controller is there, but Windows has not bound it to the driver WinUSB.");
     }
-    const auto held = control::findings::ofOpeningOnWindows(LIBUSB_ERROR_ACCESS);
-    ASSERT_TRUE(held.has_value());
-    EXPECT_EQ(held->name, "busy");
     EXPECT_FALSE(control::findings::ofOpeningOnWindows(LIBUSB_ERROR_IO).has_value());
+}
+
+TEST(OpeningOnWindows, TellsThatItMayBeAnotherProgramOrAnotherDriver) {
+    const auto finding = control::findings::ofOpeningOnWindows(LIBUSB_ERROR_ACCESS);
+    ASSERT_TRUE(finding.has_value());
+    EXPECT_EQ(finding->name, "busy");
+    EXPECT_EQ(static_cast<int>(finding->code), 5);
+    EXPECT_EQ(finding->message,
+              "Another program is using the controller, or Windows has bound it to a driver other "
+              "than WinUSB.");
+    EXPECT_EQ(finding->hint,
+              "Close that program and try again; if there is none: in the Device Manager, choose "
+              "\"WinUsb Device\" as its driver; the README.txt beside this program says how, step "
+              "by step.");
 }
 
 struct Rule {

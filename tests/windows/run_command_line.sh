@@ -33,7 +33,8 @@ what_check_tells() {
   ends 0 "The controller answers." check
   board=none ends 3 "There is no controller (0314:e457) on the USB bus." check
   LUMADOT_SIM_FAULT=libusb_open:1:-12 ends 4 "has not bound it to the driver WinUSB" check
-  LUMADOT_SIM_FAULT=libusb_open:1:-3 ends 5 "Another program is using the controller." check
+  LUMADOT_SIM_FAULT=libusb_open:1:-3 ends 5 "or Windows has bound it to a driver other than WinUSB." check
+  LUMADOT_SIM_FAULT=libusb_claim_interface:1:-3 ends 5 "or Windows has bound it to a driver other" check
   LUMADOT_SIM_FAULT=libusb_claim_interface:1:-6 ends 5 "Another program is using the controller." check
 }
 
