@@ -84,6 +84,16 @@ fs::path named(const char* path) {
     }
 }
 
+std::string utf8(const fs::path& path) {
+    const auto convert = [&path](char* to, int room) {
+        return WideCharToMultiByte(CP_UTF8, 0, path.c_str(), -1, to, room, nullptr, nullptr);
+    };
+    std::string bytes(static_cast<std::size_t>(convert(nullptr, 0)), '\0');
+    convert(bytes.data(), static_cast<int>(bytes.size()));
+    bytes.pop_back();  // The zero at its end.
+    return bytes;
+}
+
 fs::path target(const fs::path& path) {
     const fs::path name = reachable(path);
     std::error_code ignored;
@@ -140,6 +150,8 @@ std::int64_t seekEnd(std::FILE* stream) {
 fs::path named(const char* path) { return path; }
 
 fs::path reachable(const fs::path& path) { return path; }
+
+std::string utf8(const fs::path& path) { return path; }
 
 fs::path target(const fs::path& path) {
     std::error_code ignored;

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
+#include <string>
 #include <system_error>
 
 /// What systems do each in a way of their own with files. A file's name is in the encoding of the C
@@ -15,6 +16,9 @@ namespace native_file {
 /// the name is not in the encoding.
 std::filesystem::path named(const char* path);
 std::filesystem::path reachable(const std::filesystem::path& path);
+
+/// The name in UTF-8; what is no text in it, as Windows allows, is U+FFFD there.
+std::string utf8(const std::filesystem::path& path);
 
 /// The file behind the links that `path` may lead over, reachable; it need not exist. On Windows it
 /// is the last link itself: the standard library sees none there.

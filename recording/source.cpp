@@ -20,10 +20,7 @@ Error cannotRead(const std::filesystem::path& path, const std::string& why) {
 
 }  // namespace
 
-std::string nameOf(const std::filesystem::path& path) {
-    const std::u8string name = path.u8string();
-    return {name.begin(), name.end()};
-}
+std::string nameOf(const std::filesystem::path& path) { return native_file::utf8(path); }
 
 FileSource::FileSource(const std::filesystem::path& path) : path_(native_file::reachable(path)) {
     std::error_code error;

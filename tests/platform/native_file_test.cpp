@@ -70,7 +70,16 @@ TEST_F(NativeFile, ThatCannotBeReplacedStaysReadOnly) {
     std::filesystem::permissions(folder.path() / "old", perms::owner_all);
 }
 
+TEST(Utf8, IsTheNameAsText) {
+    EXPECT_EQ(native_file::utf8(std::filesystem::path(u8"ü 日.txt")), "\xC3\xBC \xE6\x97\xA5.txt");
+    EXPECT_EQ(native_file::utf8({}), "");
+}
+
 #ifdef _WIN32
+
+TEST(Utf8, HasAReplacementForWhatIsNoText) {
+    EXPECT_EQ(native_file::utf8(L"a\xD83C.txt"), "a\xEF\xBF\xBD.txt");
+}
 
 TEST(Reachable, IsAShortNameAsItIs) {
     for (const wchar_t* name : {L"a", LR"(C:\a\b)", LR"(\\server\share\a)"}) {
