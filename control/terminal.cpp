@@ -29,6 +29,16 @@ bool isThere() { return isTerminal(StandardError); }
 
 bool takesResults() { return isTerminal(StandardOutput); }
 
+bool followsEscapes() {
+#ifdef _WIN32
+    DWORD mode = 0;
+    return GetConsoleMode(GetStdHandle(STD_OUTPUT_HANDLE), &mode) != 0 &&
+           (mode & ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
+#else
+    return true;
+#endif
+}
+
 std::size_t width() {
 #ifdef _WIN32
     CONSOLE_SCREEN_BUFFER_INFO info{};

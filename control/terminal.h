@@ -11,6 +11,10 @@ bool isThere();
 /// The same of the standard output.
 bool takesResults();
 
+/// Whether what takes the standard output follows escape sequences, if it is a terminal: not every
+/// version of Windows does.
+bool followsEscapes();
+
 /// The letters in a line of what takes the standard output; 0: unknown.
 std::size_t width();
 

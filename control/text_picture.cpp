@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <string_view>
 
+#include "control/terminal.h"
 #include "control/text.h"
 
 namespace control {
@@ -59,6 +60,8 @@ std::string_view variable(const char* name) {
     return value != nullptr ? value : "";
 }
 
+#ifndef _WIN32
+
 bool holds(std::string_view text, std::string_view part) {
     return lowerCase(text).find(part) != std::string::npos;
 }
@@ -71,6 +74,8 @@ bool lettersAreUtf8() {
     }
     return false;
 }
+
+#endif
 
 }  // namespace
 
@@ -122,6 +127,11 @@ std::string TextPicture::letter(const display::Colour& upper, const display::Col
 }
 
 TextPicture::Colours terminalColours() {
+#ifdef _WIN32  // The program has set its console to UTF-8, and a console that follows shows 24
+               // bits.
+    return variable("NO_COLOR").empty() && terminal::followsEscapes() ? TextPicture::Colours::Full
+                                                                      : TextPicture::Colours::None;
+#else
     if (!variable("NO_COLOR").empty() || !lettersAreUtf8()) {
         return TextPicture::Colours::None;
     }
@@ -131,6 +141,7 @@ TextPicture::Colours terminalColours() {
     }
     return holds(variable("TERM"), "256color") ? TextPicture::Colours::Few
                                                : TextPicture::Colours::None;
+#endif
 }
 
 }  // namespace control

@@ -39,7 +39,8 @@ private:
 };
 
 /// The best that the terminal can do, as the environment tells: COLORTERM, TERM, NO_COLOR, and
-/// whether its letters are UTF-8 (LC_ALL, LC_CTYPE, LANG).
+/// whether its letters are UTF-8 (LC_ALL, LC_CTYPE, LANG). On Windows NO_COLOR, and what the
+/// console itself says.
 TextPicture::Colours terminalColours();
 
 }  // namespace control

@@ -2,6 +2,8 @@
 
 #include <cstdlib>
 
+#include "platform/native_file.h"
+
 #ifdef _WIN32
 #include <windows.h>
 // Behind it, as it needs its types.
@@ -10,6 +12,7 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <optional>
 #endif
 
 namespace start {
@@ -18,37 +21,71 @@ namespace {
 
 #ifdef _WIN32
 
-/// What is no text, as Windows allows, is a question mark.
-std::string utf8(const wchar_t* text) {
-    const auto convert = [&](char* to, int room) {
-        return WideCharToMultiByte(CP_UTF8, 0, text, -1, to, room, nullptr, nullptr);
-    };
-    std::string bytes(static_cast<std::size_t>(convert(nullptr, 0)), '\0');
-    convert(bytes.data(), static_cast<int>(bytes.size()));
-    bytes.pop_back();  // The zero at its end.
-    return bytes;
-}
-
 std::vector<std::string> arguments(int /*argc*/, char** /*argv*/) {
     int count = 0;
     const std::unique_ptr<LPWSTR, HLOCAL (*)(HLOCAL)> all(
         CommandLineToArgvW(GetCommandLineW(), &count), LocalFree);
     std::vector<std::string> texts;
     for (int i = 0; i < count; ++i) {
-        texts.push_back(utf8(all.get()[i]));
+        texts.push_back(native_file::utf8(all.get()[i]));
     }
     return texts;
 }
 
-/// A program with windows has no console of its own, but may have been started from one.
-void joinConsole() {
-    const HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);
-    const bool hasOutput = output != nullptr && output != INVALID_HANDLE_VALUE;
-    if (!hasOutput && AttachConsole(ATTACH_PARENT_PROCESS) != 0) {
+/// The state of the console, of which a process has one at most, when it was joined.
+struct Console {
+    UINT codePage = 0;
+    DWORD mode = 0;
+};
+std::optional<Console> before;
+
+HANDLE consoleOutput() {
+    return CreateFileW(L"CONOUT$", GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                       nullptr, OPEN_EXISTING, 0, nullptr);
+}
+
+/// A program with windows has no console of its own, but may have been started from one. Its
+/// streams then lead nowhere, unless they lead into a file or another program.
+void attachToParents() {
+    const auto leadsNowhere = [](DWORD stream) {
+        return GetFileType(GetStdHandle(stream)) == FILE_TYPE_UNKNOWN;
+    };
+    const bool output = leadsNowhere(STD_OUTPUT_HANDLE);
+    const bool error = leadsNowhere(STD_ERROR_HANDLE);
+    if ((!output && !error) || AttachConsole(ATTACH_PARENT_PROCESS) == 0) {
+        return;
+    }
+    if (output) {
         static_cast<void>(std::freopen("CONOUT$", "w", stdout));
+    }
+    if (error) {
         static_cast<void>(std::freopen("CONOUT$", "w", stderr));
     }
-    SetConsoleOutputCP(CP_UTF8);
+}
+
+void joinConsole() {
+    attachToParents();
+    const HANDLE output = consoleOutput();
+    if (Console console; GetConsoleMode(output, &console.mode) != 0) {
+        console.codePage = GetConsoleOutputCP();
+        before = console;
+        SetConsoleOutputCP(CP_UTF8);
+        SetConsoleMode(output, console.mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
+    }
+    CloseHandle(output);
+}
+
+/// As it was: others go on using it.
+void restoreConsole() {
+    if (!before) {
+        return;
+    }
+    std::fflush(nullptr);
+    const HANDLE output = consoleOutput();
+    SetConsoleMode(output, before->mode);
+    CloseHandle(output);
+    SetConsoleOutputCP(before->codePage);
+    before.reset();
 }
 
 #else
@@ -56,6 +93,8 @@ void joinConsole() {
 std::vector<std::string> arguments(int argc, char** argv) { return {argv, argv + argc}; }
 
 void joinConsole() {}
+
+void restoreConsole() {}
 
 #endif
 
@@ -69,10 +108,19 @@ CommandLine::CommandLine(int argc, char** argv) : texts_(arguments(argc, argv)) 
     pointers_.push_back(nullptr);
 }
 
+CommandLine::~CommandLine() { restoreConsole(); }
+
+void leaveConsole() {
+#ifdef _WIN32
+    restoreConsole();
+    FreeConsole();
+#endif
+}
+
 std::string variable(const char* name) {
 #ifdef _WIN32
     const wchar_t* const value = _wgetenv(std::wstring(name, name + std::strlen(name)).c_str());
-    return value != nullptr ? utf8(value) : "";
+    return value != nullptr ? native_file::utf8(value) : "";
 #else
     const char* const value = std::getenv(name);
     return value != nullptr ? value : "";

@@ -67,6 +67,7 @@ int serve(ProgramOptions options) {
     });
     std::cout << "port " << server.port() << std::endl;
     if (!options.headless) {
+        start::leaveConsole();
         return showWindow(server);
     }
     server.stopOnSignals();

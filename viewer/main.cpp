@@ -55,6 +55,7 @@ int run(App* app, char** argv) {
                "dump show draws recordings\n";
         return 1;
     }
+    start::leaveConsole();
     const int result = app->CallOnInit() ? app->OnRun() : 1;
     app->OnExit();
     wxEntryCleanup();

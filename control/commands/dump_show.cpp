@@ -89,7 +89,7 @@ void play(Session& session, const pictures::Sequence& sequence, const TextPictur
     playOnce(sequence, pace, [&](const std::vector<std::uint8_t>& dots) {
         const std::string text = picture.of(dots, sequence.columns);
         session.output().resultNow(back + text);
-        if (session.output().showsResults()) {
+        if (session.output().showsResults() && terminal::followsEscapes()) {
             back = "\x1B[" + std::to_string(std::ranges::count(text, '\n')) + "A";
         }
     });

@@ -104,7 +104,18 @@ drives() {
   is_file "$drive/a.dat" 3
 }
 
+# A picture on a console that follows escape sequences. Wine hides the cursor around each letter.
+colours() {
+  local recording
+  LUMADOT_SIM_BOARD=standard windows "$work/lumadotctl.exe" record --frames 1 "$(windows_name "$work")" >/dev/null 2>&1
+  recording=$(windows_name "$(compgen -G "$work/*_dump.txt")")
+  script -qec "/usr/lib/wine/wine64 '$work/lumadotctl.exe' dump show '$recording'" "$work/console" >/dev/null </dev/null
+  check "a picture on a console has 24 bit colours" \
+    grep -q $'\e\\[38;2;' <(sed 's/\x1b\[?25[hl]//g' "$work/console")
+}
+
 what_check_tells
+colours
 names
 shares
 sizes
