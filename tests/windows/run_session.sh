@@ -83,6 +83,14 @@ has_text() { od -An -v -tx1 "$1" | tr -d '\n' | grep -q "$2"; }
 has_frames() { [[ $(cat "$folder"/*_lumadot_dump.txt 2>/dev/null | grep -c '^0x') -ge 10 ]]; }
 count() { grep -c "$1" "$LOG" || true; }
 
+# has_grown: whether picture 200 is larger than picture 100, nearly twice; fonts come in whole pixels.
+has_grown() {
+  local small large
+  small=$(identify -format '%w %h' "$pictures/100.png")
+  large=$(identify -format '%w %h' "$pictures/200.png")
+  ((10 * ${large% *} >= 18 * ${small% *} && 10 * ${large#* } >= 18 * ${small#* }))
+}
+
 # picture NAME: of the window.
 picture() {
   wait_until "the tool rests" tool_rests
@@ -182,6 +190,8 @@ close() {
   check "every claim was given back" [ "$(count libusb_claim_interface)" = "$(count libusb_release_interface)" ]
 }
 
+# As at the first start.
+windows reg delete 'HKCU\Software\lumadot-tool' /f >/dev/null 2>&1 || true
 keys_and_mouse
 colours
 files
@@ -192,10 +202,10 @@ close
 check "the device was in use" [ "$(count libusb_claim_interface)" -gt 10 ]
 
 set_scale 200
-# As at the first start.
-windows reg delete 'HKCU\Software\lumadot-tool' /f >/dev/null
+# With the geometry that the session at 100 % has kept.
 start
 picture 200
+check "the window has grown with its contents" has_grown
 close_tool
 set_scale 100
 echo "window: $CHECKS checks passed; pictures: $pictures"

@@ -3,10 +3,13 @@
 #ifdef __WXMSW__
 
 #include <wx/containr.h>
+#include <wx/display.h>
 #include <wx/msw/wrapwin.h>
 #include <wx/radiobut.h>
 #include <wx/settings.h>
+#include <wx/sizer.h>
 
+#include <algorithm>
 #include <memory>
 
 namespace {
@@ -71,8 +74,24 @@ void behaveAsDialog(wxFrame& frame) {
     });
 }
 
+void growToContents(wxFrame& frame) {
+    const wxSize needed = frame.GetSizer()->ComputeFittingWindowSize(&frame);
+    wxSize size = frame.GetSize();
+    size.IncTo(needed);
+    if (size == frame.GetSize() || frame.IsMaximized() || frame.IsIconized()) {
+        return;
+    }
+    const wxRect screen = wxDisplay(&frame).GetClientArea();
+    wxPoint place = frame.GetPosition();
+    place.x = std::max(std::min(place.x, screen.GetRight() + 1 - size.x), screen.x);
+    place.y = std::max(std::min(place.y, screen.GetBottom() + 1 - size.y), screen.y);
+    frame.SetSize(wxRect(place, size));
+}
+
 #else
 
 void behaveAsDialog(wxFrame& /*frame*/) {}
+
+void growToContents(wxFrame& /*frame*/) {}
 
 #endif

@@ -8,4 +8,8 @@
 /// nothing. On other systems nothing is to be done.
 void behaveAsDialog(wxFrame& frame);
 
+/// Makes room for what is in a frame whose saved geometry has been restored. Windows keeps it in
+/// pixels, and they may be of another scale now. On other systems nothing is to be done.
+void growToContents(wxFrame& frame);
+
 #endif

@@ -258,6 +258,7 @@ void MainFrameBaseClass::placeFrame() {
     } else {
         geometry.RegisterAndRestore(this);
     }
+    growToContents(*this);
 }
 
 /// One way from a source's event to a handler of the frame.
