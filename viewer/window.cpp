@@ -8,6 +8,7 @@
 
 #include "accessibility/accessibility.h"
 #include "platform/native_file.h"
+#include "platform/window_icon.h"
 #include "recording/error.h"
 #include "viewer/words.h"
 
@@ -58,6 +59,7 @@ Window::Window()
       lookBar_(new LookBar(this)),
       places_(new PlaceTable(this)),
       timer_(this) {
+    setProgramIcon(*this);
     SetMenuBar(makeMenus());
     constexpr int StatusWidths[] = {-3, -3, -4};  // Shares.
     CreateStatusBar(std::size(StatusWidths))

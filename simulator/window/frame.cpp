@@ -10,6 +10,7 @@
 #include <iterator>
 
 #include "accessibility/accessibility.h"
+#include "platform/window_icon.h"
 
 namespace simulator {
 
@@ -43,6 +44,7 @@ Frame::Frame(Server& server)
     if (wxImage::FindHandler(wxBITMAP_TYPE_PNG) == nullptr) {
         wxImage::AddHandler(new wxPNGHandler);
     }
+    setProgramIcon(*this);
     accessibility::setName(*canvas_, "Display");
     constexpr int StatusWidths[] = {-3, -4, -2};  // Shares.
     CreateStatusBar(std::size(StatusWidths))

@@ -11,6 +11,7 @@
 #include <string_view>
 
 #include "device/settings_record.h"
+#include "platform/window_icon.h"
 #include "ui/layout/dialog_frame.h"
 #include "ui/layout/wxcrafter_bitmaps.h"
 #include "ui/palette.h"
@@ -112,6 +113,7 @@ MainFrameBaseClass::MainFrameBaseClass(wxWindow* parent, wxWindowID id, const wx
     topGrid->Add(paletteColumn, 0, wxALL, FromDIP(Border));
     fillPaletteColumn(paletteColumn);
 
+    setProgramIcon(*this);
     behaveAsDialog(*this);
     placeFrame();
     connectHandlers();
