@@ -185,7 +185,7 @@ TEST_F(Play, GivesTheModeBackWhenTheConsoleIsClosed) {
                 std::raise(SIGBREAK);
             }).detach();  // As Windows does; it does not return.
             while (!control::interrupt::requested()) {
-                std::this_thread::yield();
+                std::this_thread::sleep_for(std::chrono::milliseconds(1));
             }
         }
     });

@@ -64,7 +64,7 @@ TEST_F(ProtocolPage, ShowsAnUploadAsItIsSent) {
     const auto path = folder.path() / "hi.txt";
     std::ofstream(path) << "Hi!";
     dialogs.expectMessage("File Upload Successful !", wxMessageBoxCaptionStr);
-    const auto sent = sentBy([&] { usb.uploadFile(path.c_str(), "hi.txt"); });
+    const auto sent = sentBy([&] { usb.uploadFile(path.string().c_str(), "hi.txt"); });
     ASSERT_EQ(sent.size(), 3U);
     EXPECT_EQ(byteText(sent[0]), byteText(support::pageExample(Page, "upload-open")));
     EXPECT_EQ(byteText(sent[1]), byteText(support::pageExample(Page, "upload-data")));

@@ -77,14 +77,20 @@ inline void closeFolder(const std::filesystem::path& folder) {
         folder, owner_read | owner_exec | group_read | group_exec | others_read | others_exec);
 }
 
-/// How many times this process has the file open.
+/// How many times this process has the file open; there, an open file would refuse to be moved.
 inline int timesOpen(const std::filesystem::path& file) {
+#ifdef _WIN32
+    std::error_code refused;
+    std::filesystem::rename(file, file, refused);
+    return refused ? 1 : 0;
+#else
     int count = 0;
     for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
         std::error_code closedMeanwhile;
         count += std::filesystem::read_symlink(entry, closedMeanwhile) == file ? 1 : 0;
     }
     return count;
+#endif
 }
 
 }  // namespace support

@@ -27,7 +27,7 @@ State waitFor(Followed& followed, Condition condition) {
     const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(10);
     State state = followed.state();
     while (!condition(state) && std::chrono::steady_clock::now() < limit) {
-        std::this_thread::yield();
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
         state = followed.state();
     }
     EXPECT_TRUE(condition(state));
@@ -104,7 +104,7 @@ TEST_F(FollowedFile, CallsOnceUntilItIsAsked) {
     Followed followed(write(dumps::plainText(1)), [&] { ++calls; });
     const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(10);
     while (calls == 0 && std::chrono::steady_clock::now() < limit) {
-        std::this_thread::yield();
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
     append(dumps::plainText(2));
     std::this_thread::sleep_for(3 * Followed::LookInterval);
@@ -112,7 +112,7 @@ TEST_F(FollowedFile, CallsOnceUntilItIsAsked) {
     followed.state();
     append(dumps::plainText(3));
     while (calls == 1 && std::chrono::steady_clock::now() < limit) {
-        std::this_thread::yield();
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
     EXPECT_EQ(calls, 2);
 }

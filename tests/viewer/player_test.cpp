@@ -39,7 +39,7 @@ protected:
             return player->state().indexed && player->state().surveyed == player->state().frames;
         };
         while (!isRead() && Player::Clock::now() < limit) {
-            std::this_thread::yield();
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
         }
     }
 
@@ -152,7 +152,7 @@ TEST_F(Playing, FollowsTheEndOnlyWhenItIsTold) {
         const auto limit = Player::Clock::now() + std::chrono::seconds(10);
         while (it.state().frames == frames && Player::Clock::now() < limit) {
             it.update();
-            std::this_thread::yield();
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
         }
         EXPECT_EQ(it.state().frames, frames + 1);
     };
@@ -202,7 +202,7 @@ TEST_F(Playing, AnEmptyFileShowsWhatComes) {
     const auto limit = Player::Clock::now() + std::chrono::seconds(10);
     while (it.entries().empty() && Player::Clock::now() < limit) {
         it.update();
-        std::this_thread::yield();
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
     EXPECT_EQ(it.entries().size(), 4096U);
 }

@@ -14,6 +14,7 @@
 #include <set>
 
 #include "tests/device/capture/capture_link.h"
+#include "tests/support/variables.h"
 
 namespace {
 
@@ -24,7 +25,7 @@ using testing::IsEmpty;
 
 /// Local time is five and a half hours ahead of UTC here, so that one cannot pass for the other.
 /// The toolkit asks for the zone once, when it needs it first.
-const int ZoneIsSet = setenv("TZ", "LMD-05:30", 1);
+const bool ZoneIsSet = (support::setVariable("TZ", "LMD-05:30"), true);
 constexpr std::int64_t ZoneMs = 19800000;
 
 using ReceiveDump = CaptureLink;
@@ -105,8 +106,7 @@ INSTANTIATE_TEST_SUITE_P(AllModes, CaptureFiles,
 std::vector<std::string> namesAt(std::time_t time, const char* ending) {
     std::vector<std::string> names;
     for (const std::time_t second : {time - 1, time}) {
-        std::tm utc{};
-        gmtime_r(&second, &utc);
+        const std::tm utc = *std::gmtime(&second);
         char name[64];
         std::snprintf(name, sizeof name, "%02d%02d%02d_%02d%02d%02d_lumadot_dump.%s", utc.tm_mday,
                       utc.tm_mon + 1, utc.tm_year % 100, utc.tm_hour, utc.tm_min, utc.tm_sec,

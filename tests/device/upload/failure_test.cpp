@@ -46,7 +46,7 @@ TEST_F(Upload, TimesOutWhenTheControllerNeverAnswers) {
 }
 
 TEST_F(Upload, WithoutControllerDoesNotMissTheFile) {
-    usb.uploadFile((folder.path() / "missing").c_str(), "a.bin");
+    send(folder.path() / "missing");
     EXPECT_EQ(support::callLines(), support::emptyBusLines());
     EXPECT_EQ(dialogs.seen(), 0);
 }

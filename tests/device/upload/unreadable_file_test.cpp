@@ -1,7 +1,6 @@
 // Uploads of what cannot be read, and of files that are not what their length says.
 
 #include <libusb.h>
-#include <unistd.h>
 
 #include <chrono>
 
@@ -21,7 +20,7 @@ protected:
     /// "File Error" with the controller left open and claimed, which is meant.
     void expectNotOpened(const path& file) {
         expectOutcome("File Error", 1);
-        usb.uploadFile(file.c_str(), "a.bin");
+        send(file);
         EXPECT_EQ(callLines(), setupLines());
         EXPECT_EQ(bus.openHandles(), 1);
         EXPECT_EQ(bus.claimedInterfaces(), 1);
@@ -31,7 +30,7 @@ protected:
     /// "File Error", nothing was sent, and the controller is given back.
     void expectRefused(const path& file) {
         expectOutcome("File Error", 0);
-        usb.uploadFile(file.c_str(), "a.bin");
+        send(file);
         EXPECT_EQ(callLines(), joined({setupLines(), support::releaseLines()}));
         EXPECT_EQ(support::timesOpen(file), 0);
         expectReleased();
@@ -111,7 +110,7 @@ TEST_F(UploadOf, AFileThatIsShorterThanItsLengthEndsInZeros) {
     ASSERT_LT(expected.size(), 4096U);
     expected.resize(4096);
     expectOutcome("File Upload Successful !");
-    usb.uploadFile(file.c_str(), "a.bin");
+    send(file);
     EXPECT_EQ(controller->files().at("a.bin"), expected);
     expectReleased();
 }
@@ -120,16 +119,16 @@ TEST_F(UploadOf, AFileThatIsLongerThanItsLengthIsCut) {
     // The kernel's files about processes claim to be empty.
     ASSERT_GT(support::readFile("/proc/self/status").size(), 0U);
     expectOutcome("File Upload Successful !");
-    usb.uploadFile("/proc/self/status", "a.bin");
+    send("/proc/self/status");
     EXPECT_EQ(controller->files().at("a.bin"), Bytes());
     expectReleased();
 }
 
 TEST_F(UploadOf, AFileWithANonAsciiPathArrives) {
-    const path file = folder.path() / "\xC3\xBC \xE2\x82\xAC.bin";
+    const path file = folder.path() / u8"\u00FC \u20AC.bin";
     support::writeFile(file, Bytes{1, 2, 3});
     expectOutcome("File Upload Successful !");
-    usb.uploadFile(file.c_str(), "a.bin");
+    send(file);
     EXPECT_EQ(controller->files().at("a.bin"), (Bytes{1, 2, 3}));
 }
 

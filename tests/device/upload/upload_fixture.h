@@ -70,9 +70,15 @@ protected:
     void upload(const Bytes& content, const std::string& name) {
         const auto path = makeFile(content);
         const auto time = std::filesystem::last_write_time(path);
-        usb.uploadFile(path.c_str(), name.c_str());
+        send(path, name);
         EXPECT_EQ(support::readFile(path), content);
         EXPECT_EQ(std::filesystem::last_write_time(path), time);
+    }
+
+    /// As the window calls it, with the path in UTF-8.
+    void send(const std::filesystem::path& file, const std::string& name = "a.bin") {
+        const std::u8string path = file.u8string();
+        usb.uploadFile(reinterpret_cast<const char*>(path.c_str()), name.c_str());
     }
 
     const support::TemporaryFolder folder;

@@ -46,7 +46,7 @@ public:
             if (std::chrono::steady_clock::now() > deadline) {
                 return false;
             }
-            std::this_thread::yield();
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
         }
         return true;
     }
