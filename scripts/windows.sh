@@ -19,7 +19,7 @@ build() {
 }
 
 make_packages() {
-  need_packages nsis
+  rm -f build/packages/*-windows.*
   cpack --config build/windows/CPackConfig.cmake -B build/packages >build/windows-packages.log ||
     { cat build/windows-packages.log && exit 1; }
   ls -l build/packages/*-windows.*
@@ -40,7 +40,7 @@ case ${1:-} in
     build
     make_packages
     need_packages "${WINE_PACKAGES[@]}" "${RUN_PACKAGES[@]}" unzip xclip binutils
-    exec scripts/on_display.sh "$0" test
+    exec scripts/on_display.sh scripts/windows.sh test
     ;;
   build) build ;;
   test) test_under_wine ;;

@@ -49,14 +49,17 @@ set(CPACK_NSIS_MUI_UNIICON ${PROJECT_BINARY_DIR}/lumadot.ico)
 set(CPACK_NSIS_COMPRESSOR "/SOLID lzma")
 set(CPACK_NSIS_MANIFEST_DPI_AWARE ON)
 set(CPACK_NSIS_ENABLE_UNINSTALL_BEFORE_INSTALL ON)
-# What the programs have kept for whoever uninstalls them: the places of their windows, the demo's memory.
+# What the programs have kept for whoever uninstalls them: the places of their windows, the demo's memory. Not
+# before a newer version is installed, when the uninstaller runs from where it lies.
 set(CPACK_NSIS_EXTRA_UNINSTALL_COMMANDS "
+  StrCmp $EXEDIR $INSTDIR kept
   SetShellVarContext current
   RMDir /r '$LOCALAPPDATA\\\\lumadot-demo'
   DeleteRegKey HKCU 'Software\\\\lumadot-tool'
   DeleteRegKey HKCU 'Software\\\\lumadot-viewer'
   DeleteRegKey HKCU 'Software\\\\lumadot-simulator'
-  SetShellVarContext all")
+  SetShellVarContext all
+  kept:")
 # Behind the removal of what was in it.
 set(CPACK_NSIS_DELETE_ICONS_EXTRA "DeleteRegKey /ifempty SHCTX 'Software\\\\${CPACK_PACKAGE_VENDOR}'")
 set(CPACK_NSIS_MENU_LINKS ${LUMADOT_START_MENU})

@@ -4,7 +4,7 @@
 
 # shellcheck disable=SC2034  # The script that sources this file reads it.
 WINDOWS_LIBRARY_PACKAGES=("${WINDOWS_COMPILER_PACKAGES[@]}" gcc-mingw-w64-x86-64-posix libz-mingw-w64-dev
-  googletest libasio-dev libcli11-dev nlohmann-json3-dev cmake ninja-build make pkg-config dpkg-dev)
+  googletest libasio-dev libcli11-dev nlohmann-json3-dev cmake ninja-build make pkg-config dpkg-dev nsis)
 
 libraries=$PWD/build/windows-libraries
 prefix=$libraries/prefix
@@ -26,20 +26,27 @@ build_windows_libraries() {
   add_installed_licence libz-mingw-w64
   add_installed_licence mingw-w64-common
   add_installed_licence gcc-mingw-w64-base /usr/share/common-licenses/GPL-3
+  # The installer and what it leaves for the end.
+  add_installed_licence nsis
 }
 
 # build_library NAME [SOURCE_PACKAGE]
 # Runs recipe_NAME in the unpacked sources, unless the same recipe with the same compiler has already
-# built the newest version there is.
+# built the newest version that can be had.
 build_library() {
   local name=$1 package=${2:-} version='' key result
-  key="$(newest_version "$package") $(recipe_key "$name")"
-  [[ $(cat "$prefix/built/$name" 2>/dev/null) != "$key" ]] || return 0
-  echo "Building $name for Windows"
-  rm -rf "${libraries:?}/$name" "$prefix/built/$name"
+  key=$(recipe_key "$name")
+  is_built "$name" "$(newest_version "$package") $key" && return
+  rm -rf "${libraries:?}/$name"
   if [[ -n $package ]]; then
     version=$(get_sources "$package" "$libraries/$name")
   fi
+  if is_built "$name" "$version $key"; then
+    rm -rf "${libraries:?}/$name"
+    return
+  fi
+  echo "Building $name for Windows"
+  rm -f "$prefix/built/$name"
   mkdir -p "$libraries/$name"
   set +e # In a condition, the shell would go on after a step of the recipe that fails.
   (
@@ -55,8 +62,10 @@ build_library() {
     return 1
   fi
   rm -rf "${libraries:?}/$name"
-  echo "$key" >"$prefix/built/$name"
+  echo "$version $key" >"$prefix/built/$name"
 }
+
+is_built() { [[ $(cat "$prefix/built/$1" 2>/dev/null) == "$2" ]]; }
 
 # Stands for all that a recipe works with but the sources.
 recipe_key() {
@@ -144,7 +153,7 @@ copy_headers() {
   local package file
   for package in "$@"; do
     dpkg -L "$package" | grep -E '^/usr/(include|share/cmake|lib/cmake)/' | while read -r file; do
-      [[ ! -f $file ]] || install -D -m 644 "$file" "$prefix/${file#/usr/}"
+      [[ ! -f $file ]] || install -C -D -m 644 "$file" "$prefix/${file#/usr/}"
     done
     add_installed_licence "$package"
   done

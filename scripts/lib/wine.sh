@@ -5,7 +5,7 @@
 WINE_PACKAGES=(wine wine64)
 
 # A Windows of the project's own: nothing of the user's is in it, and nothing is left in the user's.
-export WINEPREFIX=$PWD/build/wine WINEDEBUG=${WINEDEBUG:--all} WINEDLLOVERRIDES='mscoree,mshtml='
+export WINEPREFIX=$PWD/build/wine WINEDEBUG=${WINEDEBUG:--all} WINEDLLOVERRIDES='mscoree,mshtml=;winemenubuilder.exe=d'
 # In another locale it could not name files that have letters beyond ASCII.
 export LC_ALL=C.UTF-8
 
