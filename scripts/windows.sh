@@ -39,7 +39,7 @@ case ${1:-} in
   '')
     build
     make_packages
-    need_packages "${WINE_PACKAGES[@]}" "${RUN_PACKAGES[@]}" unzip xclip binutils
+    need_packages "${WINE_PACKAGES[@]}" "${RUN_PACKAGES[@]}" unzip xclip binutils mount
     # The window at 200 % is higher than the usual display.
     LUMADOT_SCREEN=1600x1400x24 exec scripts/on_display.sh scripts/windows.sh test
     ;;
