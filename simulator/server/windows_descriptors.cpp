@@ -20,7 +20,7 @@ constexpr std::uint32_t ListOfTexts = 7;  // The type of the property; REG_MULTI
 constexpr std::string_view PropertyName = "DeviceInterfaceGUIDs";
 constexpr std::string_view Guid = "{8586c851-0d5b-48a5-8dd4-ffc9661ee371}";
 
-void put(Bytes& bytes, std::uint32_t value, std::size_t size) {
+void put(Bytes& bytes, std::uint64_t value, std::size_t size) {
     for (std::size_t i = 0; i < size; ++i) {
         bytes.push_back(static_cast<std::uint8_t>(value >> (8 * i)));
     }
