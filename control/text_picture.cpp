@@ -127,8 +127,8 @@ std::string TextPicture::letter(const display::Colour& upper, const display::Col
 }
 
 TextPicture::Colours terminalColours() {
-#ifdef _WIN32  // The program has set its console to UTF-8, and a console that follows shows 24
-               // bits.
+#ifdef _WIN32
+    // The program has set its console to UTF-8, and one that follows escapes shows 24 bits.
     return variable("NO_COLOR").empty() && terminal::followsEscapes() ? TextPicture::Colours::Full
                                                                       : TextPicture::Colours::None;
 #else
