@@ -25,9 +25,13 @@ bool asksForJson(Arguments arguments) {
     return std::ranges::find(arguments, std::string_view("--json")) != arguments.end();
 }
 
-Failure usageFailure(const CLI::ParseError& error) {
+Failure usageFailure(const CLI::App& app, const CLI::ParseError& error) {
     std::string message = error.what();
-    if (const auto at = message.find("subcommand"); at != std::string::npos) {
+    // The parser tells what it misses before what it does not know: a command that is mistyped.
+    const std::vector<std::string> unknown = app.remaining(true);
+    if (!unknown.empty() && error.get_name() == "RequiredError") {
+        message = "\"" + unknown.front() + "\" is not understood";
+    } else if (const auto at = message.find("subcommand"); at != std::string::npos) {
         message.erase(at, 3);  // Which is what the help calls it.
     }
     std::ranges::replace(message, '\n', ' ');
@@ -85,7 +89,7 @@ ExitCode parseAndAct(Arguments arguments, std::ostream& results, Output& output)
         app->parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
     } catch (const CLI::ParseError& error) {
         if (error.get_exit_code() != 0) {
-            throw usageFailure(error);
+            throw usageFailure(*app, error);
         }
         app->exit(error, results, results);
         output.useText();

@@ -80,7 +80,11 @@ int main(int argumentCount, char** arguments) {
         return 0;
     }
     const int at = first == "--" ? 2 : 1;  // Behind it a name may start with a dash.
-    if (argc > at + 1 || (at == 1 && first.size() > 1 && first.front() == '-')) {
+    if (at == 1 && first.size() > 1 && first.front() == '-') {
+        std::cerr << "lumadot-viewer: \"" << first << "\" is no option; see --help\n";
+        return 2;
+    }
+    if (argc > at + 1) {
         std::cerr << "lumadot-viewer: one recording is shown at a time; see --help\n";
         return 2;
     }

@@ -95,4 +95,12 @@ TEST_F(Usage, ASignalThatIsIgnoredStaysIgnored) {
     EXPECT_EQ(std::signal(SIGINT, before), SIG_IGN);
 }
 
+TEST_F(Usage, NamesTheCommandThatThereIsNot) {
+    EXPECT_THAT(lumadotctl({"nonsense"}).err,
+                testing::StartsWith("lumadotctl: \"nonsense\" is not understood.\n"));
+    EXPECT_THAT(lumadotctl({"settings", "sav"}).err,
+                testing::StartsWith("lumadotctl: \"sav\" is not understood.\n"));
+    EXPECT_THAT(lumadotctl({}).err, testing::StartsWith("lumadotctl: A command is required.\n"));
+}
+
 }  // namespace

@@ -58,3 +58,7 @@ result=0
 "$program" one.raw two.raw 2>"$work/errors" || result=$?
 check "exit code 2 for two files, not $result" [ "$result" = 2 ]
 check "the message says where to look" grep -q 'lumadot-viewer: one recording' "$work/errors"
+result=0
+"$program" --bad 2>"$work/errors" || result=$?
+check "exit code 2 for an option that there is not, not $result" [ "$result" = 2 ]
+check "the message names the option" grep -qx 'lumadot-viewer: "--bad" is no option; see --help' "$work/errors"
