@@ -25,7 +25,7 @@ set(CPACK_DEBIAN_PACKAGE_RECOMMENDS udev)
 file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/debian/postinst @ONLY CONTENT [=[#!/bin/sh
 set -e
 if [ "$1" = configure ] && command -v udevadm >/dev/null; then
-    udevadm control --reload || true
+    udevadm control --reload 2>/dev/null || true
     udevadm trigger --subsystem-match=usb --attr-match=idVendor=0314 || true
 fi
 ]=])

@@ -27,7 +27,7 @@ Settings readFile(const std::string& path) {
     const auto bytes = readHead(path, settings::RecordSize + 1);
     if (bytes.size() != settings::RecordSize) {
         throw fileFailure(path, "is no settings file (exactly 23 bytes)",
-                          "Save the settings again with settings save.");
+                          "Save the settings again with lumadotctl settings save.");
     }
     return {.record = settings::fromBytes(std::span(bytes).first<settings::RecordSize>()),
             .isWhole = true,

@@ -210,7 +210,7 @@ TEST_P(NoSettingsFile, IsRefusedBeforeAnythingIsOpened) {
                   (Ran{7, "",
                        "lumadotctl: \"" + file("a.dat") +
                            "\" is no settings file (exactly 23 bytes).\n"
-                           "Save the settings again with settings save.\n"}));
+                           "Save the settings again with lumadotctl settings save.\n"}));
     }
     EXPECT_TRUE(bus.calls().empty());
 }
