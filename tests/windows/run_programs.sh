@@ -20,13 +20,14 @@ fail() {
 # left_out PROGRAM: the tests that are not run there, a line each of GoogleTest's pattern and the reason.
 left_out() { awk -v program="$1" '$1 == program { $1 = ""; print substr($0, 2) }' tests/windows/left_out; }
 
-# figures LOG TESTS: what GoogleTest says at its end, of so many tests.
+# figures LOG [TESTS]: what GoogleTest says at its end, of so many tests if not of those that it has run.
 figures() {
-  awk -v tests="$2" '
+  awk -v tests="${2:-0}" '
     / tests? from .* ran\./ { ran = $2 }
     /^\[  SKIPPED \] [0-9]+ test/ { skipped = $4 }
     /^\[  FAILED  \] [0-9]+ test/ { failed = $4 }
     END {
+      if (tests < ran) tests = ran
       if (ran == "") print "did not end"
       else printf "%d passed, %d failed, %d skipped\n", ran - failed - skipped, failed, tests - ran + skipped
     }' "$1"
@@ -43,7 +44,7 @@ run() {
   windows "$1" "--gtest_filter=$filter" 2>"$logs/$name.err" </dev/null | tr -d '\r' >"$log" || result=1
   if [[ -x $here ]]; then
     "$here" >"$logs/$name.linux" 2>&1 </dev/null || true
-    beside=$(figures "$logs/$name.linux" 0)
+    beside=$(figures "$logs/$name.linux")
   fi
   echo "$name: $(figures "$log" "$(count_tests "$logs/$name.tests")") (on Linux: $beside)"
   reasons "$log"
