@@ -57,10 +57,15 @@ show_simulator() {
   activate "$WINDOW"
 }
 
-simulator_is_there() {
-  WINDOW=$(xdotool search --onlyvisible --name '^LUMADOT Simulator$' 2>/dev/null | head -n 1)
-  [[ -n $WINDOW ]]
+# shown TITLE: the window whose whole title this is; fails if none is shown.
+shown() {
+  local windows
+  windows=$(xdotool search --onlyvisible --name "^$1\$" 2>/dev/null) || true
+  echo "${windows%%$'\n'*}"
+  [[ -n $windows ]]
 }
+
+simulator_is_there() { WINDOW=$(shown 'LUMADOT Simulator'); }
 
 stop_simulator() {
   if [[ -n ${SIMULATOR_PROCESS:-} ]]; then
@@ -78,10 +83,7 @@ is_active() {
   [[ $(xdotool getactivewindow 2>/dev/null) == "$1" ]]
 }
 
-window_is_there() {
-  WINDOW=$(xdotool search --onlyvisible --name '^LUMADOT Spectra$' 2>/dev/null | head -n 1)
-  [[ -n $WINDOW ]]
-}
+window_is_there() { WINDOW=$(shown 'LUMADOT Spectra'); }
 
 press() { xdotool key --clearmodifiers "$@"; }
 

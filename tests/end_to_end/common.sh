@@ -25,10 +25,7 @@ capture_into_home() {
   wait_until "the home folder is taken" folder_is_taken
   wait_until "ten frames are in the text file" frames_are_there
 }
-folder_dialog_is_there() {
-  DIALOG=$(xdotool search --onlyvisible --name '^Choose dump directory$' 2>/dev/null | head -n 1)
-  [[ -n $DIALOG ]]
-}
+folder_dialog_is_there() { DIALOG=$(shown 'Choose dump directory'); }
 folder_is_taken() {
   folder_dialog_is_there || return 0
   press alt+o # "Open" can be pressed once the folder has been read.

@@ -96,12 +96,12 @@ start_what_was_installed() {
   opens "LUMADOT Viewer" "$installed/lumadot-viewer.exe"
   LUMADOT_SIM_LOG='' opens "LUMADOT Spectra" "$installed/lumadot-demo.exe" store_a_mode
   check "the demo's simulator has ended with it" wait_until "the simulator has gone" \
-    no_window "^LUMADOT Simulator\$"
+    no_window "LUMADOT Simulator"
 }
 
 # In the demo: what the tool stores is in the simulated controller's memory.
 store_a_mode() {
-  wait_until "the simulator's window is there" window_is_shown "^LUMADOT Simulator\$"
+  wait_until "the simulator's window is there" shown "LUMADOT Simulator" >/dev/null
   press Down
   wait_until "the tool rests" tool_rests
   choose_device_item 2
@@ -121,8 +121,7 @@ says() {
   [[ $result == "$1" ]]
 }
 
-window_is_shown() { [[ -n $(xdotool search --onlyvisible --name "$1" 2>/dev/null) ]]; }
-no_window() { ! window_is_shown "$1"; }
+no_window() { ! shown "$1" >/dev/null; }
 
 # opens TITLE PROGRAM [COMMAND]: it starts, its window comes, and it ends when that is closed.
 opens() {
@@ -135,10 +134,7 @@ opens() {
   activate "$WINDOW"
   check "${2##*/} ends with exit code 0" close_tool
 }
-titled_window_is_there() {
-  WINDOW=$(xdotool search --onlyvisible --name "^$1\$" 2>/dev/null | head -n 1)
-  [[ -n $WINDOW ]]
-}
+titled_window_is_there() { WINDOW=$(shown "$1"); }
 
 # has_keys ROOT: whether the registry has any of ours below it.
 has_keys() {

@@ -33,10 +33,7 @@ start() {
   wait_until "the tool rests" tool_rests
 }
 
-dialog_is_there() {
-  DIALOG=$(xdotool search --onlyvisible --name "^$1\$" 2>/dev/null | head -n 1)
-  [[ -n $DIALOG ]]
-}
+dialog_is_there() { DIALOG=$(shown "$1"); }
 # Of the same title as the last one.
 another_dialog_is_there() {
   local last=$DIALOG
